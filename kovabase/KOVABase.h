@@ -1,0 +1,8 @@
+#pragma once
+
+/// Everything public in one include, for hosts and examples. The library's own files include what
+/// they use.
+
+#include "kovabase/foundation/KOVAExport.h"
+#include "kovabase/foundation/KOVAResult.h"
+#include "kovabase/foundation/KOVAResultCodes.h"

@@ -1,0 +1,36 @@
+#pragma once
+
+/// The result codes of the library. The values are fixed: they cross library boundaries as plain
+/// integers. Bits 24-27 hold the criticity (0 success, 1 failure, 2 abort, 3 undetermined),
+/// bits 16-23 the domain, bits 0-15 the number. The texts are those of `KOVAResult::GetMessage`.
+namespace KOVAResultCode {
+
+inline constexpr int kSuccess = 0x00000000;
+inline constexpr int kPartialSuccess = 0x00000001;
+inline constexpr int kNoEntityToTranslate = 0x00000002;
+inline constexpr int kNoTranslatableGeometry = 0x00000003;
+inline constexpr int kFailure = 0x01000001;
+/// Also the type mismatch of typed values and the unknown unit of the unit functions.
+inline constexpr int kErrorEncountered = 0x01000002;
+inline constexpr int kNotSupported = 0x01000004;
+inline constexpr int kNotImplemented = 0x01000005;
+inline constexpr int kUnexpectedError = 0x01000007;
+inline constexpr int kInvalidComponent = 0x01000009;
+inline constexpr int kInvalidObject = 0x0100000A;
+inline constexpr int kInvalidArgument = 0x0100000B;
+inline constexpr int kFileNotFound = 0x0100000D;
+inline constexpr int kFileOpenError = 0x0100000E;
+inline constexpr int kFileSaveError = 0x0100000F;
+inline constexpr int kFileEncrypted = 0x01000010;
+inline constexpr int kModelExceedsValidBox = 0x01000011;
+inline constexpr int kModelBelowValidBox = 0x01000012;
+inline constexpr int kInvalidWriteUnit = 0x01000013;
+inline constexpr int kFileVersionNotSupported = 0x01000014;
+inline constexpr int kInvalidFile = 0x01000015;
+inline constexpr int kFileFormatNotSupported = 0x01000016;
+/// A second initialisation of the framework in one process. It has no text of its own.
+inline constexpr int kAlreadyInitialized = 0x01000018;
+inline constexpr int kAborted = 0x02000003;
+inline constexpr int kUndetermined = 0x03000006;
+
+}  // namespace KOVAResultCode

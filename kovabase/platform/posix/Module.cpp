@@ -1,0 +1,24 @@
+#include "kovabase/platform/Module.h"
+
+#include <dlfcn.h>
+
+namespace kova::platform {
+
+void* openModule(const std::string& path, std::string& error) {
+  void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr) {
+    const char* reason = dlerror();
+    error = reason != nullptr ? reason : "the loader gave no reason";
+  }
+  return module;
+}
+
+void* findSymbol(void* module, const std::string& name) {
+  return module != nullptr ? dlsym(module, name.c_str()) : nullptr;
+}
+
+void closeModule(void* module) {
+  if (module != nullptr) dlclose(module);
+}
+
+}  // namespace kova::platform
