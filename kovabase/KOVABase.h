@@ -6,3 +6,4 @@
 #include "kovabase/foundation/KOVAExport.h"
 #include "kovabase/foundation/KOVAResult.h"
 #include "kovabase/foundation/KOVAResultCodes.h"
+#include "kovabase/strings/Gk_Marker.h"
