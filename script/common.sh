@@ -1,0 +1,56 @@
+# Sourced by the scripts of this folder: settings that all of them share.
+
+set -euo pipefail
+export LC_ALL=C.UTF-8
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+cd "$root"
+
+jobs="${KOVA_JOBS:-$(nproc)}"
+
+# A compiler cache makes a second run quick; without one everything works all the same.
+if command -v ccache > /dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_NOHASHDIR=1
+fi
+
+say() { printf '\n== %s\n' "$*"; }
+
+# configure PRESET [cmake arguments]: configures build/PRESET, quietly unless it fails.
+configure() {
+  local preset="$1" log
+  shift
+  mkdir -p build
+  log="build/configure-$preset.log"
+  if ! cmake --preset "$preset" "$@" > "$log" 2>&1; then
+    cat "$log"
+    echo "configuring the preset '$preset' failed; the text above says why" >&2
+    return 1
+  fi
+}
+
+# build PRESET [targets]: builds in build/PRESET.
+build() {
+  local preset="$1"
+  shift
+  cmake --build "build/$preset" --parallel "$jobs" ${1:+--target "$@"}
+}
+
+# run_ctest PRESET [ctest arguments]: runs the tests and closes with "N passed, N failed".
+# CTest alone decides the exit status; a run without tests is a failure.
+run_ctest() {
+  local preset="$1" log status=0 passed failed
+  shift
+  log="build/ctest-$preset.log"
+  ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$jobs" \
+    --timeout 600 "$@" 2>&1 | tee "$log" || status=$?
+  passed=$(grep -cE '^ *[0-9]+/[0-9]+ Test .* Passed ' "$log" || true)
+  failed=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*(\*\*\*|Failed)' "$log" || true)
+  skipped=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*\*\*\*(Skipped|Not Run)' "$log" || true)
+  failed=$((failed - skipped))
+  if [ "$skipped" -gt 0 ]; then
+    printf '\n%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"
+  else
+    printf '\n%d passed, %d failed\n' "$passed" "$failed"
+  fi
+  return "$status"
+}
