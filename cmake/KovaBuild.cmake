@@ -50,7 +50,7 @@ function(kova_add_test name)
   include(GoogleTest)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE KOVABase::KOVABase kova_settings GTest::gtest_main ${arg_LIBRARIES})
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()
 
 # kova_add_fuzz(name source) with its corpus in corpus/<name>.
