@@ -7,3 +7,5 @@
 #include "kovabase/foundation/KOVAResult.h"
 #include "kovabase/foundation/KOVAResultCodes.h"
 #include "kovabase/strings/Gk_Marker.h"
+#include "kovabase/strings/KOVAFloatUtil.h"
+#include "kovabase/strings/KOVALocalNumericLocaleOverride.h"
