@@ -12,3 +12,5 @@
 #include "kovabase/strings/Gk_Marker.h"
 #include "kovabase/strings/KOVAFloatUtil.h"
 #include "kovabase/strings/KOVALocalNumericLocaleOverride.h"
+#include "kovabase/strings/KOVAString.h"
+#include "kovabase/strings/KOVAStringCodepageConverter.h"
