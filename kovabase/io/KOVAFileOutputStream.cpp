@@ -1,6 +1,8 @@
 #include "kovabase/io/KOVAFileOutputStream.h"
 
+#include "kovabase/io/KOVAStringOutputStream.h"
 #include "kovabase/platform/FileDescriptor.h"
+#include "kovabase/strings/KOVAString.h"
 
 #include <cerrno>
 #include <cstring>
@@ -17,6 +19,19 @@ KOVAFileOutputStream::KOVAFileOutputStream(std::FILE* file) : _file(file) {
 }
 
 KOVAFileOutputStream::KOVAFileOutputStream(const char* path) { Open(path); }
+
+KOVAFileOutputStream::KOVAFileOutputStream(const KOVAString& path) {
+  KOVAStringOutputStream bytes;
+  const KOVAResult converted = bytes.Write(path);
+  if (converted.IsFailure()) {
+    Fail(converted);
+  } else if (std::strlen(bytes.GetBytes()) != bytes.GetByteCount()) {
+    // A zero inside would silently name another file.
+    FailWith(KOVAResultCode::kInvalidArgument, EINVAL);
+  } else {
+    Open(bytes.GetBytes());
+  }
+}
 
 KOVAFileOutputStream::KOVAFileOutputStream(int descriptor) : _descriptor(descriptor) {
   if (descriptor < 0) FailWith(KOVAResultCode::kInvalidArgument, EBADF);

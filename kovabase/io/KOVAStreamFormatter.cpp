@@ -1,6 +1,7 @@
 #include "kovabase/io/KOVAStreamFormatter.h"
 
 #include "kovabase/strings/KOVAFloatUtil.h"
+#include "kovabase/strings/KOVAString.h"
 
 #include <algorithm>
 #include <charconv>
@@ -27,6 +28,13 @@ KOVAStreamFormatter& KOVAStreamFormatter::operator<<(unsigned long long value) {
   return writeInteger(*this, value);
 }
 
+KOVAStreamFormatter& KOVAStreamFormatter::operator<<(const KOVAString& text) {
+  if (_stream == nullptr || text.isEmpty()) return *this;
+  if (!_isInLine) StartLine();
+  _stream->Write(text);
+  return *this;
+}
+
 KOVAStreamFormatter& KOVAStreamFormatter::operator<<(double value) {
   char text[KOVAFloatUtil::kTextSize];
   const int characters = KOVAFloatUtil::ToText(value, text);
@@ -46,6 +54,38 @@ void KOVAStreamFormatter::StartLine() {
   for (int missing = _indentation * kIndentation; missing > 0; missing -= kBlankCount) {
     _stream->Write(kBlanks, static_cast<std::size_t>(std::min(missing, kBlankCount)));
   }
+}
+
+KOVAStreamFormatter::KOVAStreamFormatterMargin::KOVAStreamFormatterMargin(
+    KOVAStreamFormatter& formatter)
+    : _formatter(formatter) {
+  ++_formatter._indentation;
+}
+
+KOVAStreamFormatter::KOVAStreamFormatterMargin::~KOVAStreamFormatterMargin() {
+  --_formatter._indentation;
+}
+
+const char* KOVAStreamFormatter::KOVAStreamFormatterMargin::GetName() {
+  return "KOVAStreamFormatterMargin";
+}
+
+KOVAStreamFormatter::KOVAStreamFormatterObject::KOVAStreamFormatterObject(
+    KOVAStreamFormatter& formatter, const char* name)
+    : _formatter(formatter) {
+  if (name != nullptr && *name != 0) _formatter << name << ' ';
+  _formatter << '{' << KOVAEndLine;
+  ++_formatter._indentation;
+}
+
+KOVAStreamFormatter::KOVAStreamFormatterObject::~KOVAStreamFormatterObject() {
+  --_formatter._indentation;
+  if (_formatter._isInLine) _formatter << KOVAEndLine;
+  _formatter << '}' << KOVAEndLine;
+}
+
+const char* KOVAStreamFormatter::KOVAStreamFormatterObject::GetName() {
+  return "KOVAStreamFormatterObject";
 }
 
 KOVAStreamFormatter& KOVAEndLine(KOVAStreamFormatter& formatter) { return formatter.EndLine(); }

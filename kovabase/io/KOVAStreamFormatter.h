@@ -1,6 +1,8 @@
 #pragma once
 
 #include "kovabase/foundation/KOVAExport.h"
+#include "kovabase/foundation/KOVAReferenceCount.h"
+#include "kovabase/foundation/KOVAReferenceHandle.h"
 #include "kovabase/foundation/KOVAResult.h"
 #include "kovabase/io/KOVAOutputStream.h"
 
@@ -74,6 +76,42 @@ class KOVABASE_API KOVAStreamFormatter {
 
   /// The current level, 0 at first.
   int GetIndentation() const { return _indentation; }
+
+  /// Indents by one more level from its making until its end; a line that has begun before is not
+  /// moved. Margins nest and may end in any order; none may outlive its formatter.
+  ///
+  ///     KOVAStreamFormatter::KOVAStreamFormatterMargin margin(formatter);
+  class KOVABASE_API KOVAStreamFormatterMargin : public KOVAReferenceCount {
+   public:
+    explicit KOVAStreamFormatterMargin(KOVAStreamFormatter& formatter);
+    KOVAStreamFormatterMargin(const KOVAStreamFormatterMargin&) = delete;
+    ~KOVAStreamFormatterMargin() override;
+
+    /// "KOVAStreamFormatterMargin".
+    const char* GetName() override;
+
+   private:
+    KOVAStreamFormatter& _formatter;
+  };
+  using KOVAStreamFormatterMarginHandle = KOVATypedHandle<KOVAStreamFormatterMargin>;
+
+  /// Writes an object as a block: its name and "{" on a line, what is written in its lifetime one
+  /// level deeper, then "}" on a line of its own, which first ends a line that is still open.
+  /// Objects nest and end in the reverse order; none may outlive its formatter.
+  class KOVABASE_API KOVAStreamFormatterObject : public KOVAReferenceCount {
+   public:
+    /// @param name  zero-terminated; null or empty leaves the "{" alone.
+    KOVAStreamFormatterObject(KOVAStreamFormatter& formatter, const char* name);
+    KOVAStreamFormatterObject(const KOVAStreamFormatterObject&) = delete;
+    ~KOVAStreamFormatterObject() override;
+
+    /// "KOVAStreamFormatterObject".
+    const char* GetName() override;
+
+   private:
+    KOVAStreamFormatter& _formatter;
+  };
+  using KOVAStreamFormatterObjectHandle = KOVATypedHandle<KOVAStreamFormatterObject>;
 
  private:
   void StartLine();
