@@ -29,3 +29,5 @@
 #include "kovabase/strings/KOVALocalNumericLocaleOverride.h"
 #include "kovabase/strings/KOVAString.h"
 #include "kovabase/strings/KOVAStringCodepageConverter.h"
+#include "kovabase/translation/KOVALayerFilterC.h"
+#include "kovabase/translation/KOVASelectionSet.h"
