@@ -15,6 +15,8 @@ inline constexpr int kErrorEncountered = 0x01000002;
 inline constexpr int kNotSupported = 0x01000004;
 inline constexpr int kNotImplemented = 0x01000005;
 inline constexpr int kUnexpectedError = 0x01000007;
+/// No text of its own: an option without a typed default, a stream that was never opened.
+inline constexpr int kNotInitialized = 0x01000008;
 inline constexpr int kInvalidComponent = 0x01000009;
 inline constexpr int kInvalidObject = 0x0100000A;
 inline constexpr int kInvalidArgument = 0x0100000B;
@@ -30,6 +32,11 @@ inline constexpr int kInvalidFile = 0x01000015;
 inline constexpr int kFileFormatNotSupported = 0x01000016;
 /// A second initialisation of the framework in one process. It has no text of its own.
 inline constexpr int kAlreadyInitialized = 0x01000018;
+/// The outcomes of a read window's allocation and refill; none has a text of its own.
+inline constexpr int kWindowNotAllocated = 0x01000051;
+inline constexpr int kWindowSizeUndefined = 0x01000053;
+inline constexpr int kWindowReadNothing = 0x01000054;
+inline constexpr int kWindowReadFailed = 0x01000055;
 inline constexpr int kAborted = 0x02000003;
 inline constexpr int kUndetermined = 0x03000006;
 
