@@ -1,0 +1,10 @@
+#pragma once
+
+#include "kovabase/foundation/KOVAExport.h"
+#include "kovabase/geometry/KOVAAffine.h"
+
+/// A linear map of space, the identity at first.
+class KOVABASE_API KOVAAffine3D : public KOVAAffine {
+ public:
+  KOVAAffine3D() : KOVAAffine(3) {}
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "kovabase/foundation/KOVAExport.h"
+#include "kovabase/foundation/KOVAResult.h"
+#include "kovabase/geometry/KOVAAffine2D.h"
+#include "kovabase/geometry/KOVAMorph.h"
+#include "kovabase/geometry/KOVAPoint2D.h"
+
+/// A placement in a plane, the identity at first.
+class KOVABASE_API KOVAMorph2D : public KOVAMorph {
+ public:
+  KOVAMorph2D() = default;
+  explicit KOVAMorph2D(double scale);
+  explicit KOVAMorph2D(const KOVAPoint2D& translation);
+  KOVAMorph2D(const KOVAPoint2D& translation, double scale);
+  KOVAMorph2D(const KOVAAffine2D& linear, const KOVAPoint2D& translation, double scale);
+
+  int GetDimension() const final { return 2; }
+  const KOVAAffine2D& GetAffine() const final { return _linear; }
+  const KOVAPoint2D& GetTranslation() const final { return _translation; }
+
+  void SetToIdentity() override;
+  void FixScaleFactor() override;
+  KOVAResult Inverse(KOVAMorph& inverse) const override;
+  /// The identity when there is no inverse.
+  KOVAMorph2D inverse() const;
+  KOVAResult Multiply(const KOVAMorph& other, KOVAMorph& result) const override;
+  /// The morph that applies this one first and `other` second.
+  KOVAMorph2D multiply(const KOVAMorph2D& other) const;
+
+ protected:
+  void fixMorphFlags() final;
+
+ private:
+  bool invertInto(KOVAMorph2D& inverse) const;
+  void multiplyInto(const KOVAMorph2D& other, KOVAMorph2D& result) const;
+
+  KOVAAffine2D _linear;
+  KOVAPoint2D _translation;
+};
+
+/// Transforms loose coordinates as `KOVAPoint2D::Transform` does.
+KOVABASE_API void Transform(double& x, double& y, const KOVAMorph2D& morph,
+                            bool noTranslation = false);
