@@ -8,6 +8,7 @@
 #include "kovabase/containers/KOVAArrayHeader.h"
 #include "kovabase/containers/KOVADynamicArray.h"
 #include "kovabase/containers/KOVAIsByteMovable.h"
+#include "kovabase/files/KOVAFilePath.h"
 #include "kovabase/foundation/KOVAAbortException.h"
 #include "kovabase/foundation/KOVAAllocException.h"
 #include "kovabase/foundation/KOVAArchiveException.h"
