@@ -2,7 +2,7 @@
 
 #include "kovabase/foundation/internal/HeaderWord.h"
 #include "kovabase/foundation/internal/Heap.h"
-#include "kovabase/kernel/Allocator.h"
+#include "kovabase/kernel/Kernel.h"
 
 constinit KOVAMemoryManager::AllocationType KOVAMemoryManager::_allocType =
     KOVAMemoryManager::kHeap;
@@ -24,7 +24,7 @@ void* KOVAMemoryManager::Allocate(unsigned size) {
   if (_allocType != kKernel) return internal::allocate(size);
   const std::size_t bytes = size + kHeaderBytes;
   // A size whose header word would read as the heap's mark, or is too large for one, stays there.
-  if (kernel::isMemoryReady() && size < kFromHeap - kHeaderWordBytes) {
+  if (kernel::isReadyForUse() && size < kFromHeap - kHeaderWordBytes) {
     void* const block = kernel::allocate(bytes);
     if (block == nullptr) internal::throwAllocException();
     return internal::setHeaderWord(block, size + kHeaderWordBytes);

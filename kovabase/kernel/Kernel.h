@@ -3,12 +3,12 @@
 #include <cstddef>
 #include <cstdlib>
 
-/// Our own stand-in for the memory service of the solid-modeling kernel.
+/// Our own stand-in for the solid-modeling kernel: whether it is there, and its memory service.
 namespace kova::kernel {
 
-/// Whether the kernel's memory service may be used. There is no kernel library behind this one, so
-/// it never becomes ready, and whoever asks falls back to the runtime's heap.
-inline bool isMemoryReady() noexcept { return false; }
+/// Whether the kernel may be used. There is no kernel library behind this stand-in, so it never
+/// becomes ready, and whoever asks takes the way that needs none.
+inline bool isReadyForUse() noexcept { return false; }
 
 /// A block of the kernel's own, aligned to 16 bytes; null when memory cannot be had. `release`
 /// takes it back.
