@@ -132,4 +132,10 @@ int compareFolded(const unsigned short* a, int countA, const unsigned short* b,
   return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
+int fold(const unsigned short* units, int count, unsigned short* out, int room) noexcept {
+  UErrorCode status = U_ZERO_ERROR;
+  return u_strFoldCase(reinterpret_cast<UChar*>(out), room, toICU(units), count,
+                       U_FOLD_CASE_DEFAULT, &status);
+}
+
 }  // namespace kova::internal

@@ -58,4 +58,8 @@ long long encodedSize(UConverter* converter, const unsigned short* units, int co
 int compareFolded(const unsigned short* a, int countA, const unsigned short* b,
                   int countB) noexcept;
 
+/// Writes the text after full default case folding, without a terminator.
+/// @return the number of its units; nothing is of use when they are more than `room`.
+int fold(const unsigned short* units, int count, unsigned short* out, int room) noexcept;
+
 }  // namespace kova::internal
