@@ -3,11 +3,22 @@
 /// Everything public in one include, for hosts and examples. The library's own files include what
 /// they use.
 
+#include "kovabase/concurrency/KOVAMProcSystemBase.h"
 #include "kovabase/concurrency/KOVAMutex.h"
 #include "kovabase/concurrency/KOVAReadersWritersLock.h"
+#include "kovabase/concurrency/KOVASingletonThreadPool.h"
+#include "kovabase/concurrency/KOVAThreadJob.h"
 #include "kovabase/containers/KOVAArrayHeader.h"
 #include "kovabase/containers/KOVADynamicArray.h"
 #include "kovabase/containers/KOVAIsByteMovable.h"
+#include "kovabase/events/KOVAEventLevel.h"
+#include "kovabase/events/KOVAEventText.h"
+#include "kovabase/events/KOVAMTEventBus.h"
+#include "kovabase/events/KOVAMessageEvents.h"
+#include "kovabase/events/KOVCEvent.h"
+#include "kovabase/events/KOVCEventBus.h"
+#include "kovabase/events/KOVCEventListener.h"
+#include "kovabase/events/KOVCTaskEvent.h"
 #include "kovabase/files/KOVAFilePath.h"
 #include "kovabase/foundation/Gk_ErrMgr.h"
 #include "kovabase/foundation/Gk_Exception.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kovabase/kernel/JobQueue.h"
+#include "kovabase/foundation/internal/ChunkedQueue.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -51,6 +51,10 @@ class ThreadWork {
   void abandon() noexcept;
 
  private:
+  struct Job {
+    void* work;
+    void* data;
+  };
   enum class State { kIdle, kWorking, kDraining, kAbandoned };
 
   void work();
@@ -66,7 +70,7 @@ class ThreadWork {
   std::condition_variable _progressMade;
   // Everything below changes under the mutex. The atomic ones are also read without it, by those
   // who spin.
-  JobQueue _queue;
+  kova::internal::ChunkedQueue<Job> _queue;
   std::atomic<State> _state{State::kIdle};
   std::atomic<long> _queued{0};
   std::atomic<long> _unfinished{0};

@@ -1,0 +1,3 @@
+#include "kovabase/concurrency/KOVAThreadJob.h"
+
+KOVAThreadJob::~KOVAThreadJob() = default;

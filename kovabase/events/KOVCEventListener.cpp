@@ -1,0 +1,3 @@
+#include "kovabase/events/KOVCEventListener.h"
+
+KOVCEventListener::~KOVCEventListener() = default;
