@@ -13,7 +13,6 @@ KOVAArrayFreeCallback::~KOVAArrayFreeCallback() = default;
 
 namespace {
 
-using kova::internal::allocate;
 using kova::internal::allocateZeroed;
 using kova::internal::reallocate;
 using kova::internal::release;
@@ -45,14 +44,18 @@ bool isUsed(const KOVAArrayHeader* header, int index) {
 void setCapacity(KOVAArrayHeader& header, int capacity) {
   const std::size_t oldBytes = slotBytes(header, header.capacity);
   const std::size_t newBytes = slotBytes(header, capacity);
-  if (header.data != inlineData(&header)) {
+  const bool isInline = header.data == inlineData(&header);
+  if (isInline && newBytes <= kInlineBytes) {
+    // The room was zeroed with the header.
+  } else if (isInline || newBytes - oldBytes > oldBytes) {
+    // Zeroed pages of the system cost nothing until they are used.
+    void* const data = allocateZeroed(1, newBytes);
+    std::memcpy(data, header.data, oldBytes);
+    if (!isInline) release(header.data);
+    header.data = data;
+  } else {
     header.data = reallocate(header.data, newBytes);
     std::memset(static_cast<std::byte*>(header.data) + oldBytes, 0, newBytes - oldBytes);
-  } else if (newBytes > kInlineBytes) {
-    void* const data = allocate(newBytes);
-    std::memcpy(data, header.data, oldBytes);
-    std::memset(static_cast<std::byte*>(data) + oldBytes, 0, newBytes - oldBytes);
-    header.data = data;
   }
   header.capacity = capacity;
 }
