@@ -1,6 +1,9 @@
 #include "kovabase/files/KOVAFilePath.h"
 
+#include "kovabase/events/KOVAMessageChannels.h"
+#include "kovabase/events/KOVAMessageEvents.h"
 #include "kovabase/foundation/KOVAAllocException.h"
+#include "kovabase/options/KOVAEnvironment.h"
 #include "kovabase/platform/FileSystem.h"
 #include "kovabase/platform/NativePath.h"
 
@@ -410,6 +413,21 @@ KOVAResult KOVAFilePath::GetLastModificationDate(std::int64_t& seconds) const {
   if (!query(_path, status)) return KOVAResultCode::kFailure;
   seconds = status.modified;
   return KOVAResultCode::kSuccess;
+}
+
+KOVAResult KOVAFilePath::GetShortFileNamePath(KOVAFilePath& /*shortPath*/) const {
+  if (!DoesFileExist()) return KOVAResultCode::kFailure;
+  KOVAWarning::Printf("Input file-path seems to have unsupported characters. ");
+  bool isWanted = true;
+  if (KOVAEnvironment::GetVariable("KOVA_WIN_SHORT_NAME", isWanted).IsSuccess() && !isWanted) {
+    KOVAErrorEvent::Fire("No work-around is implemented to open file with such file-path.\n");
+    return KOVAResultCode::kNotImplemented;
+  }
+  // File systems with short names belong to another system.
+  KOVAErrorEvent::Fire(
+      "Using windows 8dot3 short file-name to open the file failed. Creation of windows 8dot3 "
+      "short-name might have been disabled on the location when the file was created.\n");
+  return KOVAResultCode::kFailure;
 }
 
 KOVAFilePath KOVAFilePath::GetCurrentWorkingDirectory() {
