@@ -4,11 +4,14 @@
 #include "kovabase/foundation/KOVAExport.h"
 #include "kovabase/foundation/KOVAResult.h"
 
+#include <atomic>
 #include <concepts>
 #include <cstdarg>
 #include <memory>
 
 class KOVAError;
+template <typename Event, std::atomic<int>& Depth>
+class KOVAMessageChannel;
 
 /// The events that report one text. All of them format alike: printf-style, in the process's
 /// locale, cut at 1023 bytes; a null format is the empty text. A finished text is never used as a
@@ -71,8 +74,10 @@ class KOVABASE_API KOVAMessageEvent : public KOVATextEvent {
   KOVAMessageEvent(va_list arguments, const char* format) KOVABASE_PRINTF(3, 0);
 
  private:
+  template <typename Event, std::atomic<int>& Depth>
+  friend class KOVAMessageChannel;
   friend class KOVAInfo;
-  KOVAMessageEvent(KOVAEventText message, bool hasLabel) noexcept;
+  explicit KOVAMessageEvent(KOVAEventText message, bool hasLabel = true) noexcept;
 
   bool _hasLabel = true;
 };
@@ -95,7 +100,8 @@ class KOVABASE_API KOVAWarningEvent : public KOVATextEvent {
   KOVAWarningEvent(va_list arguments, const char* format, int length) KOVABASE_PRINTF(3, 0);
 
  private:
-  friend class KOVAWarning;
+  template <typename Event, std::atomic<int>& Depth>
+  friend class KOVAMessageChannel;
   explicit KOVAWarningEvent(KOVAEventText message) noexcept;
 };
 
@@ -145,7 +151,8 @@ class KOVABASE_API KOVADebugEvent : public KOVATextEvent {
   explicit KOVADebugEvent(KOVAEventText message) noexcept;
 
  private:
-  friend class KOVADebug;
+  template <typename Event, std::atomic<int>& Depth>
+  friend class KOVAMessageChannel;
 };
 
 /// Asks for a dump of internal state by its kind and index.
@@ -185,7 +192,8 @@ class KOVABASE_API KOVAVerboseEvent : public KOVATextEvent {
   KOVAVerboseEvent(va_list arguments, const char* format) KOVABASE_PRINTF(3, 0);
 
  private:
-  friend class KOVAVerbose;
+  template <typename Event, std::atomic<int>& Depth>
+  friend class KOVAMessageChannel;
   explicit KOVAVerboseEvent(KOVAEventText message) noexcept;
 };
 
@@ -204,7 +212,8 @@ class KOVABASE_API KOVATestEvent : public KOVATextEvent {
   KOVATestEvent(va_list arguments, const char* format) KOVABASE_PRINTF(3, 0);
 
  private:
-  friend class KOVATest;
+  template <typename Event, std::atomic<int>& Depth>
+  friend class KOVAMessageChannel;
   explicit KOVATestEvent(KOVAEventText message) noexcept;
 };
 
