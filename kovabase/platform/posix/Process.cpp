@@ -1,8 +1,8 @@
 #include "kovabase/platform/Process.h"
 
 #include <climits>
+#include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kova::platform {
@@ -21,11 +21,12 @@ std::int64_t peakMemory() {
   return getrusage(RUSAGE_SELF, &usage) == 0 ? std::int64_t{usage.ru_maxrss} * 1024 : 0;
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
-  struct stat first = {};
-  struct stat second = {};
-  return stat(a.c_str(), &first) == 0 && stat(b.c_str(), &second) == 0 &&
-         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+void fillStandardStreams() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) >= 0) continue;
+    // The lowest free number is this one. Opened the wrong way round, it fails when it is used.
+    open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
 }  // namespace kova::platform

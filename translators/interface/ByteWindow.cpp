@@ -1,0 +1,27 @@
+#include "translators/interface/ByteWindow.h"
+
+#include <cstring>
+
+namespace kova::translators {
+
+ByteWindow::ByteWindow(Source& source, std::size_t capacity)
+    : _source(source),
+      _bytes(new char[capacity]),
+      _capacity(capacity),
+      _begin(_bytes.get()),
+      _end(_begin) {}
+
+bool ByteWindow::Refill(std::size_t count) {
+  if (_isAtEnd || count > _capacity) return false;
+  const std::size_t kept = size();
+  std::memmove(_bytes.get(), _begin, kept);
+  _begin = _bytes.get();
+  const std::int64_t read = _source.Read(_bytes.get() + kept, _capacity - kept);
+  _hasFailed = read < 0;
+  const std::size_t added = _hasFailed ? 0 : static_cast<std::size_t>(read);
+  _isAtEnd = added < _capacity - kept;
+  _end = _begin + kept + added;
+  return size() >= count;
+}
+
+}  // namespace kova::translators

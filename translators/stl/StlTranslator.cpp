@@ -1,0 +1,16 @@
+#include "translators/interface/Translator.h"
+#include "translators/stl/StlReader.h"
+
+int KOVATranslatorInterfaceNumber() { return kova::translators::kInterfaceNumber; }
+
+void KOVATranslatorInitialize() {}
+
+void KOVATranslatorFinalize() {}
+
+const kova::translators::Description* KOVATranslatorDescribe() {
+  static constexpr kova::translators::Description kDescription{
+      "stereolithography meshes, binary and ASCII", ".stl"};
+  return &kDescription;
+}
+
+kova::translators::Reader* KOVATranslatorCreateReader() { return new kova::translators::StlReader; }
