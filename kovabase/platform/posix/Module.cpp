@@ -1,12 +1,15 @@
 #include "kovabase/platform/Module.h"
 
+#include <cerrno>
 #include <dlfcn.h>
 
 namespace kova::platform {
 
-void* openModule(const std::string& path, std::string& error) {
+void* openModule(const std::string& path, std::string& error, int* systemError) {
+  errno = 0;
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) {
+    if (systemError != nullptr) *systemError = errno;
     const char* reason = dlerror();
     error = reason != nullptr ? reason : "the loader gave no reason";
   }
