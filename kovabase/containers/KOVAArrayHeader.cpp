@@ -2,6 +2,7 @@
 
 #include "kovabase/foundation/internal/Heap.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -13,6 +14,7 @@ KOVAArrayFreeCallback::~KOVAArrayFreeCallback() = default;
 
 namespace {
 
+using kova::internal::allocate;
 using kova::internal::allocateZeroed;
 using kova::internal::reallocate;
 using kova::internal::release;
@@ -41,13 +43,10 @@ bool isUsed(const KOVAArrayHeader* header, int index) {
   return header != nullptr && index >= 0 && index < header->count;
 }
 
-void setCapacity(KOVAArrayHeader& header, int capacity) {
+[[gnu::noinline]] void moveData(KOVAArrayHeader& header, std::size_t newBytes) {
   const std::size_t oldBytes = slotBytes(header, header.capacity);
-  const std::size_t newBytes = slotBytes(header, capacity);
   const bool isInline = header.data == inlineData(&header);
-  if (isInline && newBytes <= kInlineBytes) {
-    // The room was zeroed with the header.
-  } else if (isInline || newBytes - oldBytes > oldBytes) {
+  if (isInline || newBytes - oldBytes > oldBytes) {
     // Zeroed pages of the system cost nothing until they are used.
     void* const data = allocateZeroed(1, newBytes);
     std::memcpy(data, header.data, oldBytes);
@@ -57,24 +56,31 @@ void setCapacity(KOVAArrayHeader& header, int capacity) {
     header.data = reallocate(header.data, newBytes);
     std::memset(static_cast<std::byte*>(header.data) + oldBytes, 0, newBytes - oldBytes);
   }
+}
+
+void setCapacity(KOVAArrayHeader& header, int capacity) {
+  const std::size_t newBytes = slotBytes(header, capacity);
+  // The room that comes with the header was zeroed with it.
+  if (header.data != inlineData(&header) || newBytes > kInlineBytes) moveData(header, newBytes);
   header.capacity = capacity;
 }
 
+// To capacity * 1.5 + 1, the factor KOVAARRAY_SIZE_GROW_FACTOR, in integers: a short array grows
+// often enough to feel the conversions.
 void grow(KOVAArrayHeader& header) {
-  constexpr int kMost = std::numeric_limits<int>::max();
-  if (header.capacity == kMost) kova::internal::throwAllocException();
-  const double next = static_cast<double>(static_cast<unsigned>(header.capacity)) *
-                          static_cast<double>(KOVAARRAY_SIZE_GROW_FACTOR) +
-                      1.0;
-  setCapacity(header, next < static_cast<double>(kMost) ? static_cast<int>(next) : kMost);
+  constexpr unsigned kMost = std::numeric_limits<int>::max();
+  const auto capacity = static_cast<unsigned>(header.capacity);
+  if (capacity == kMost) kova::internal::throwAllocException();
+  setCapacity(header, static_cast<int>(std::min(capacity + capacity / 2 + 1, kMost)));
 }
 
 }  // namespace
 
 KOVAArrayHeader* kovaArrayAllocate(int capacity, int elementSize) {
   if (capacity < 1 || elementSize < 1) return nullptr;
-  void* const block = allocateZeroed(1, kInlineOffset + kInlineBytes);
+  void* const block = allocate(kInlineOffset + kInlineBytes);
   auto* const header = ::new (block) KOVAArrayHeader{capacity, 0, elementSize, 1, nullptr};
+  std::memset(inlineData(header), 0, kInlineBytes);
   if (slotBytes(*header, capacity) <= kInlineBytes) {
     header->data = inlineData(header);
     return header;
@@ -136,7 +142,9 @@ KOVAArrayHeader* kovaArrayCopy(KOVAArrayHeader* header) {
 }
 
 void kovaArrayFree(KOVAArrayHeader*& header, KOVAArrayFreeCallback* callback) {
-  if (header == nullptr || header->holders.AtomicDecrement() != 0) return;
+  if (header == nullptr) return;
+  // Nobody can take up the block that only the caller holds: no interlocking is needed to end it.
+  if (header->holders.GetCount() != 1 && header->holders.AtomicDecrement() != 0) return;
   if (callback != nullptr) callback->Callback();
   if (header->data != inlineData(header)) release(header->data);
   header->~KOVAArrayHeader();
