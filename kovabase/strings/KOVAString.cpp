@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
 
 using namespace kova::internal;
@@ -58,19 +59,7 @@ bool begin(Element* buf, int size, KOVAResult& result) {
 
 // Memory. The text is always zero-terminated.
 
-void KOVAString::releaseBlock() noexcept {
-  if (_onHeap) release(_text.block.units);
-}
-
-// Only for an object without a block.
-void KOVAString::takeOver(KOVAString& other) noexcept {
-  _text = other._text;
-  _length = other._length;
-  _onHeap = other._onHeap;
-  _badConversion = other._badConversion;
-  other._onHeap = false;
-  other.clear();
-}
+void KOVAString::throwExhausted() { throwAllocException(); }
 
 // Only for an object without a block: makes the room, and leaves the text to the caller.
 void KOVAString::allocate(long long unitCount) {
@@ -88,32 +77,30 @@ void KOVAString::grow(long long unitCount) {
   _onHeap = true;
 }
 
+// Grows by half at least, so that appending takes constant time per unit.
+void KOVAString::growFor(long long unitCount) {
+  const long long roomy = static_cast<long long>(capacity()) * 3 / 2 + 16;
+  grow(unitCount > roomy || roomy >= INT_MAX ? unitCount : roomy);
+}
+
 // Gives back room that a conversion asked for and did not need.
 void KOVAString::shrink() noexcept {
   if (!_onHeap || _text.block.capacity - _length < 64 + _length / 4) return;
-  void* const block =
-      std::realloc(_text.block.units, (toSize(_length) + 1) * sizeof(unsigned short));
-  if (block == nullptr) return;
-  _text.block = {static_cast<unsigned short*>(block), _length};
+  unsigned short* const old = _text.block.units;
+  if (_length <= kInsideUnits) {
+    copyUnits(_text.units, old, toSize(_length) + 1);
+    std::free(old);
+    _onHeap = false;
+    return;
+  }
+  void* const block = std::realloc(old, (toSize(_length) + 1) * sizeof *old);
+  if (block != nullptr) _text.block = {static_cast<unsigned short*>(block), _length};
 }
 
 void KOVAString::setLength(int unitCount) noexcept {
   _length = unitCount;
   units()[unitCount] = 0;
 }
-
-KOVAString::KOVAString() noexcept { _text.units[0] = 0; }
-
-KOVAString::KOVAString(const KOVAString& other) : _badConversion(other._badConversion) {
-  if (!other._onHeap) {
-    _text = other._text;
-    _length = other._length;
-  } else {
-    assignUnits(other._text.block.units, other._length);
-  }
-}
-
-KOVAString::KOVAString(KOVAString&& other) noexcept { takeOver(other); }
 
 KOVAString::KOVAString(unsigned short unit) {
   _text.units[0] = unit;
@@ -147,8 +134,6 @@ KOVAString::KOVAString(const char* text, const char* codepage) : KOVAString() {
   assignBytes(text, static_cast<long long>(count), codepage);
 }
 
-KOVAString::~KOVAString() { releaseBlock(); }
-
 KOVAString& KOVAString::operator=(const KOVAString& other) {
   if (this == &other) return *this;
   if (other._length <= capacity()) {
@@ -181,22 +166,29 @@ void KOVAString::assignUnits(const unsigned short* source, int count) {
 void KOVAString::assignBytes(const char* bytes, long long byteCount, const char* codepage) {
   allocate(byteCount);
   const std::size_t count = static_cast<std::size_t>(byteCount);
-  const bool isDefault = codepage == nullptr || *codepage == '\0';
-  std::size_t done = 0;
-  if (isDefault) {
-    // ASCII is the lower half of the character set of every locale. So it needs no knowledge of
-    // the default code page, which is not fixed before the program had time to set its locale.
-    done = widenASCII(bytes, count, units());
-    if (done == count) {
-      setLength(static_cast<int>(count));
-      return;
-    }
+  // ASCII is the lower half of the character set of every locale. So it needs no knowledge of the
+  // default code page, which is not fixed before the program had time to set its locale.
+  const CodepageKind kind = codepage == nullptr || *codepage == '\0'
+                                ? CodepageKind::kASCIIBased
+                                : kindOfCanonicalName(codepage);
+  if (kind == CodepageKind::kLatin1) {
+    widenLatin1(bytes, count, units());
+    return setLength(static_cast<int>(count));
   }
+  std::size_t done = 0;
+  if (kind != CodepageKind::kOther) {
+    done = widenASCII(bytes, count, units());
+    if (done == count) return setLength(static_cast<int>(count));
+  }
+  readBytes(bytes, count, done, codepage);
+}
+
+// The general case of the above, which has read the first `done` bytes as ASCII.
+void KOVAString::readBytes(const char* bytes, std::size_t count, std::size_t done,
+                           const char* codepage) {
   const Codepage page = Codepage::findForReading(codepage);
   _badConversion = !page.isKnown();
-  if (!isDefault && page.kind() != CodepageKind::kOther) {
-    done = widenASCII(bytes, count, units());
-  }
+  if (done == 0 && page.kind() != CodepageKind::kOther) done = widenASCII(bytes, count, units());
   unsigned short* out = units() + done;
   const char* source = bytes + done;
   const std::size_t rest = count - done;
@@ -219,7 +211,7 @@ void KOVAString::assignBytes(const char* bytes, long long byteCount, const char*
       resetConverter(page.converter());
       while (!decode(page.converter(), source, bytes + count, out, units() + capacity())) {
         _length = static_cast<int>(out - units());
-        grow(static_cast<long long>(capacity()) * 3 / 2 + 16);
+        growFor(static_cast<long long>(capacity()) + 1);
         out = units() + _length;
       }
       break;
@@ -306,28 +298,29 @@ KOVAString KOVAString::concatenate(KOVAString&& left, const KOVAString& right) {
   return static_cast<KOVAString&&>(left);
 }
 
-KOVAString KOVAString::operator+=(const KOVAString& text) {
-  append(text);
-  return *this;
-}
-
 void KOVAString::append(const KOVAString& text) { append(text.getUnits(), text._length); }
 
-void KOVAString::append(unsigned short unit) { append(&unit, 1); }
+void KOVAString::append(unsigned short unit) {
+  if (_length == capacity()) growFor(static_cast<long long>(_length) + 1);
+  units()[_length] = unit;
+  setLength(_length + 1);
+}
 
 void KOVAString::append(const unsigned short* source, int count) {
   if (source == nullptr || count < 1) return;
   const long long needed = static_cast<long long>(_length) + count;
   if (needed > capacity()) {
+    const std::less<const unsigned short*> isBefore;
     const unsigned short* const begin = units();
-    const bool isOwnText = source >= begin && source <= begin + _length;
+    const bool isOwnText = !isBefore(source, begin) && isBefore(source, begin + _length);
     const std::ptrdiff_t offset = isOwnText ? source - begin : 0;
-    const long long roomy = static_cast<long long>(capacity()) * 3 / 2 + 16;
-    grow(needed > roomy || roomy >= INT_MAX ? needed : roomy);
+    growFor(needed);
     if (isOwnText) source = units() + offset;
   }
-  std::memmove(units() + _length, source, toSize(count) * sizeof *source);
-  setLength(static_cast<int>(needed));
+  unsigned short* const text = units();
+  std::memmove(text + _length, source, toSize(count) * sizeof *source);
+  _length = static_cast<int>(needed);
+  text[_length] = 0;
 }
 
 void KOVAString::reserve(int unitCount) { grow(unitCount); }
@@ -408,11 +401,12 @@ KOVAResult KOVAString::convertToUTF8(char* buf, int size) const noexcept {
   const std::size_t done = narrowASCII(text, count < room ? count : room, buf);
   char* end = buf + done;
   if (done < count) {
-    if (sizeInUTF8(text + done, count - done) > room - done) {
+    const std::size_t rest = count - done;
+    if (room - done < 3 * rest && sizeInUTF8(text + done, rest) > room - done) {
       buf[0] = 0;
       return result;
     }
-    end = encodeUTF8(text + done, count - done, end);
+    end = encodeUTF8(text + done, rest, end);
   }
   *end = 0;
   return KOVAResultCode::kSuccess;

@@ -3,6 +3,10 @@
 #include "kovabase/foundation/KOVAExport.h"
 #include "kovabase/foundation/KOVAResult.h"
 
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
 /// The text type of the library: a deep-copied string of UTF-16 code units.
 ///
 /// Lengths, indexes and positions count code units; a character is one unsigned 16-bit unit. A text
@@ -18,11 +22,11 @@
 class KOVABASE_API KOVAString {
  public:
   /// The empty string.
-  KOVAString() noexcept;
+  KOVAString() noexcept = default;
   /// A deep copy, the bad-conversion flag included.
   KOVAString(const KOVAString& other);
   /// Takes the text over; `other` is the empty string afterwards.
-  KOVAString(KOVAString&& other) noexcept;
+  KOVAString(KOVAString&& other) noexcept { takeOver(other); }
 
   /// The one code unit, also when it is zero or half of a surrogate pair.
   explicit KOVAString(unsigned short unit);
@@ -44,7 +48,7 @@ class KOVABASE_API KOVAString {
   /// converter and are the fastest.
   KOVAString(const char* text, const char* codepage = nullptr);
 
-  virtual ~KOVAString();
+  virtual ~KOVAString() { releaseBlock(); }
 
   KOVAString& operator=(const KOVAString& other);
   KOVAString& operator=(KOVAString&& other) noexcept;
@@ -108,9 +112,12 @@ class KOVABASE_API KOVAString {
   friend KOVAString operator+(KOVAString&& left, const KOVAString& right) {
     return concatenate(static_cast<KOVAString&&>(left), right);
   }
-  /// Appends and returns a copy of the result. The copy costs a pass over the whole text: use
-  /// append() where it is not wanted.
-  KOVAString operator+=(const KOVAString& text);
+  /// Appends and returns a copy of the result. A copy that is not used is mostly optimised away;
+  /// append() makes none.
+  KOVAString operator+=(const KOVAString& text) {
+    append(text);
+    return *this;
+  }
 
   /// Appends in place; the text may be this string itself. The bad-conversion flag stays as it is.
   void append(const KOVAString& text);
@@ -132,7 +139,7 @@ class KOVABASE_API KOVAString {
   KOVAString replace(unsigned short oldUnit, unsigned short newUnit) const;
 
   /// The first position at or after `from` where the text or unit occurs; -1 when there is none.
-  /// Negative `from` is 0. Surrogate pairs are never torn: half of one does not match.
+  /// Negative `from` is 0. Surrogate pairs in that range are not torn: half of one does not match.
   /// An empty text is found at length() when from < length(), otherwise not at all; kept so.
   int indexOf(const KOVAString& text, int from = 0) const noexcept;
   int indexOf(unsigned short unit, int from = 0) const noexcept;
@@ -180,31 +187,65 @@ class KOVABASE_API KOVAString {
  private:
   static constexpr int kInsideUnits = 15;
 
-  static KOVAString concatenate(const KOVAString& left, const KOVAString& right);
-  static KOVAString concatenate(KOVAString&& left, const KOVAString& right);
-
-  unsigned short* units() noexcept { return _onHeap ? _text.block.units : _text.units; }
-  int capacity() const noexcept { return _onHeap ? _text.block.capacity : kInsideUnits; }
-  void releaseBlock() noexcept;
-  void takeOver(KOVAString& other) noexcept;
-  void allocate(long long unitCount);
-  void grow(long long unitCount);
-  void shrink() noexcept;
-  void setLength(int unitCount) noexcept;
-  void assignUnits(const unsigned short* source, int count);
-  void assignBytes(const char* bytes, long long count, const char* codepage);
-  void assignUTF32(const int* values, long long count);
-
   struct Block {
-    unsigned short* units;
-    int capacity;  // without the terminator
+    unsigned short* units;  // malloc'ed
+    int capacity;           // without the terminator, more than kInsideUnits
   };
   union Text {
     unsigned short units[kInsideUnits + 1];
     Block block;
   };
-  Text _text;
+
+  [[noreturn]] static void throwExhausted();
+  static KOVAString concatenate(const KOVAString& left, const KOVAString& right);
+  static KOVAString concatenate(KOVAString&& left, const KOVAString& right);
+
+  unsigned short* units() noexcept { return _onHeap ? _text.block.units : _text.units; }
+  int capacity() const noexcept { return _onHeap ? _text.block.capacity : kInsideUnits; }
+  void releaseBlock() noexcept {
+    if (_onHeap) std::free(_text.block.units);
+  }
+  void takeOver(KOVAString& other) noexcept;
+  void allocate(long long unitCount);
+  void grow(long long unitCount);
+  void growFor(long long unitCount);
+  void shrink() noexcept;
+  void setLength(int unitCount) noexcept;
+  void assignUnits(const unsigned short* source, int count);
+  void assignBytes(const char* bytes, long long count, const char* codepage);
+  void readBytes(const char* bytes, std::size_t count, std::size_t done, const char* codepage);
+  void assignUTF32(const int* values, long long count);
+
+  Text _text = {};
   int _length = 0;
   bool _onHeap = false;
   bool _badConversion = false;
 };
+
+// In sight of the compiler, malloc and free included, so that it can leave out unused copies.
+inline KOVAString::KOVAString(const KOVAString& other)
+    : _length(other._length), _badConversion(other._badConversion) {
+  if (_length <= kInsideUnits) {
+    // All of the inside text: a copy of fixed size is one or two instructions.
+    std::memcpy(_text.units, other.getUnits(), sizeof _text.units);
+  } else {
+    const std::size_t bytes = (static_cast<std::size_t>(_length) + 1) * sizeof(unsigned short);
+    void* const block = std::malloc(bytes);
+    if (block == nullptr) throwExhausted();
+    std::memcpy(block, other._text.block.units, bytes);
+    _text.block = {static_cast<unsigned short*>(block), _length};
+    _onHeap = true;
+  }
+}
+
+// Only for an object without a block.
+inline void KOVAString::takeOver(KOVAString& other) noexcept {
+  _text = other._text;
+  _length = other._length;
+  _onHeap = other._onHeap;
+  _badConversion = other._badConversion;
+  other._text.units[0] = 0;
+  other._length = 0;
+  other._onHeap = false;
+  other._badConversion = false;
+}

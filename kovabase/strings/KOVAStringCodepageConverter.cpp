@@ -1,10 +1,10 @@
 #include "kovabase/strings/KOVAStringCodepageConverter.h"
 
+#include "kovabase/concurrency/KOVAMutex.h"
 #include "kovabase/strings/internal/UnicodeServices.h"
 
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 #include <new>
 #include <unordered_map>
 
@@ -41,7 +41,7 @@ struct KOVAStringCodepageConverter::Entry {
 };
 
 struct KOVAStringCodepageConverter::Table {
-  std::mutex mutex;
+  KOVAMutex mutex;
   std::unordered_map<const char*, Entry, NameHash, NameEqual> entries;
 };
 
@@ -84,7 +84,7 @@ KOVAStringCodepageConverter::Entry* KOVAStringCodepageConverter::findOrOpen(
 }
 
 UConverter* KOVAStringCodepageConverter::Open(const char* name) noexcept {
-  const std::lock_guard guard(_table->mutex);
+  const KOVAMutex::LockGuard_t guard(_table->mutex);
   bool isUnknown = false;
   Entry* const entry = findOrOpen(name, isUnknown);
   if (entry == nullptr) return nullptr;
@@ -103,7 +103,7 @@ UConverter* KOVAStringCodepageConverter::GetBestCodepageConverter(const char* na
 
 UConverter* KOVAStringCodepageConverter::openOwn(const char* name, CodepageKind& kind,
                                                  bool& isUnknown) noexcept {
-  const std::lock_guard guard(_table->mutex);
+  const KOVAMutex::LockGuard_t guard(_table->mutex);
   Entry* const entry = findOrOpen(name, isUnknown);
   if (entry == nullptr) return nullptr;
   kind = entry->kind;

@@ -1,5 +1,6 @@
 #include "kovabase/strings/internal/CodeUnits.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -7,10 +8,46 @@ namespace kova::internal {
 
 namespace {
 
+// Vectors of the compiler: plain loops where a machine has none.
+using Bytes16 = unsigned char __attribute__((vector_size(16)));
+using Bytes8 = unsigned char __attribute__((vector_size(8)));
+using Units8 = unsigned short __attribute__((vector_size(16)));
+using Mask8 = short __attribute__((vector_size(16)));
+
 constexpr unsigned short kReplacementCharacter = 0xFFFD;
+constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+
+template <class Value>
+Value load(const void* source) {
+  Value value;
+  std::memcpy(&value, source, sizeof value);
+  return value;
+}
+
+template <class Value>
+void store(void* target, const Value& value) {
+  std::memcpy(target, &value, sizeof value);
+}
+
+template <class Vector>
+bool isAnySet(const Vector& vector) {
+  std::uint64_t words[2];
+  static_assert(sizeof vector == sizeof words);
+  std::memcpy(words, &vector, sizeof words);
+  return (words[0] | words[1]) != 0;
+}
 
 unsigned byteAt(const char* bytes, std::size_t index) {
   return static_cast<unsigned char>(bytes[index]);
+}
+
+bool isASCII8(const char* bytes) { return (load<std::uint64_t>(bytes) & kHighBits) == 0; }
+
+// The number of zero bytes before the first other one in memory; `word` is not 0.
+std::size_t countFirstBytes(std::uint64_t word) {
+  const int bits =
+      std::endian::native == std::endian::little ? std::countr_zero(word) : std::countl_zero(word);
+  return static_cast<std::size_t>(bits) / 8;
 }
 
 unsigned short toUnit(unsigned value) { return static_cast<unsigned short>(value); }
@@ -19,22 +56,122 @@ unsigned combine(unsigned lead, unsigned trail) {
   return 0x10000U + ((lead - 0xD800U) << 10) + (trail - 0xDC00U);
 }
 
-std::size_t narrowBelow(const unsigned short* units, std::size_t count, char* out, unsigned limit) {
+void widen8(const char* bytes, unsigned short* out) {
+  store(out, __builtin_convertvector(load<Bytes8>(bytes), Units8));
+}
+
+// The number of units below 128 before the first other one.
+std::size_t countASCII(const Units8& units) {
+  const Mask8 isOther = units > 0x7F;
+  const Bytes8 isOtherByte = __builtin_convertvector(isOther, Bytes8);
+  const auto bytes = load<std::uint64_t>(&isOtherByte);
+  return bytes == 0 ? 8 : countFirstBytes(bytes);
+}
+
+// Loops of fixed length over locals become two or three instructions.
+void widen16(const char* bytes, unsigned short* out) {
+  unsigned char narrow[16];
+  unsigned short wide[16];
+  std::memcpy(narrow, bytes, sizeof narrow);
+  for (int i = 0; i < 16; ++i) wide[i] = narrow[i];
+  std::memcpy(out, wide, sizeof wide);
+}
+
+void narrow16(const unsigned short* units, char* out) {
+  unsigned short wide[16];
+  unsigned char narrow[16];
+  std::memcpy(wide, units, sizeof wide);
+  for (int i = 0; i < 16; ++i) narrow[i] = static_cast<unsigned char>(wide[i]);
+  std::memcpy(out, narrow, sizeof narrow);
+}
+
+std::size_t narrowBelow(const unsigned short* units, std::size_t count, char* out,
+                        unsigned short limit) {
+  const Units8 tooHigh = Units8{} + static_cast<unsigned short>(~(limit - 1U));
   std::size_t i = 0;
+  for (; i + 32 <= count; i += 32) {
+    const Units8 together = load<Units8>(units + i) | load<Units8>(units + i + 8) |
+                            load<Units8>(units + i + 16) | load<Units8>(units + i + 24);
+    if (isAnySet(together & tooHigh)) break;
+    narrow16(units + i, out + i);
+    narrow16(units + i + 16, out + i + 16);
+  }
+  for (; i + 8 <= count; i += 8) {
+    const Units8 block = load<Units8>(units + i);
+    if (isAnySet(block & tooHigh)) break;
+    store(out + i, __builtin_convertvector(block, Bytes8));
+  }
   for (; i < count && units[i] < limit; ++i) out[i] = static_cast<char>(units[i]);
   return i;
 }
 
-// Whether a pair of surrogates reaches over the begin or the end of a match.
-bool tearsPair(const unsigned short* units, std::size_t count, std::size_t begin, std::size_t end) {
-  return (begin > 0 && isTrailSurrogate(units[begin]) && isLeadSurrogate(units[begin - 1])) ||
+// The length of the longest begin of a well-formed sequence among bytes that are none; 1 at least.
+std::size_t countIllFormed(const char* bytes, std::size_t count) {
+  const unsigned lead = byteAt(bytes, 0);
+  if (lead < 0xC2 || lead > 0xF4 || count < 2) return 1;
+  // These keep out overlong forms, surrogates and what is above U+10FFFF.
+  const unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  const unsigned highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  if (byteAt(bytes, 1) < lowest || byteAt(bytes, 1) > highest) return 1;
+  return lead >= 0xF0 && count > 2 && (byteAt(bytes, 2) & 0xC0U) == 0x80 ? 3 : 2;
+}
+
+// Decodes what begins with a byte above 127 and moves `out` on.
+const char* decodeSequence(const char* bytes, const char* bytesEnd, unsigned short*& out) {
+  const unsigned lead = byteAt(bytes, 0);
+  const std::ptrdiff_t left = bytesEnd - bytes;
+  if (lead < 0xE0) {
+    if (left >= 2 && lead >= 0xC2) {
+      const unsigned trail = byteAt(bytes, 1) ^ 0x80U;
+      if (trail < 0x40) {
+        *out++ = toUnit((lead & 0x1F) << 6 | trail);
+        return bytes + 2;
+      }
+    }
+  } else if (lead < 0xF0) {
+    if (left >= 3) {
+      const unsigned middle = byteAt(bytes, 1) ^ 0x80U;
+      const unsigned trail = byteAt(bytes, 2) ^ 0x80U;
+      const unsigned unit = (lead & 0x0F) << 12 | middle << 6 | trail;
+      if ((middle | trail) < 0x40 && unit >= 0x800 && !isSurrogate(unit)) {
+        *out++ = toUnit(unit);
+        return bytes + 3;
+      }
+    }
+  } else if (left >= 4 && lead < 0xF5) {
+    const unsigned second = byteAt(bytes, 1) ^ 0x80U;
+    const unsigned third = byteAt(bytes, 2) ^ 0x80U;
+    const unsigned trail = byteAt(bytes, 3) ^ 0x80U;
+    const unsigned codePoint = (lead & 0x07) << 18 | second << 12 | third << 6 | trail;
+    if ((second | third | trail) < 0x40 && codePoint >= 0x10000 && codePoint <= 0x10FFFF) {
+      *out++ = toUnit(0xD7C0U + (codePoint >> 10));
+      *out++ = toUnit(0xDC00U + (codePoint & 0x3FFU));
+      return bytes + 4;
+    }
+  }
+  *out++ = kReplacementCharacter;
+  return bytes + countIllFormed(bytes, static_cast<std::size_t>(left));
+}
+
+// Whether a pair of surrogates that lies within units `from` .. `count` reaches over the begin or
+// the end of a match.
+bool tearsPair(const unsigned short* units, std::size_t count, std::size_t begin, std::size_t end,
+               std::size_t from) {
+  return (begin > from && isTrailSurrogate(units[begin]) && isLeadSurrogate(units[begin - 1])) ||
          (end < count && isLeadSurrogate(units[end - 1]) && isTrailSurrogate(units[end]));
 }
 
 bool matchesAt(const unsigned short* units, std::size_t count, const unsigned short* text,
-               std::size_t textCount, std::size_t begin) {
+               std::size_t textCount, std::size_t begin, std::size_t from) {
   return std::memcmp(units + begin, text, textCount * sizeof *text) == 0 &&
-         !tearsPair(units, count, begin, begin + textCount);
+         !tearsPair(units, count, begin, begin + textCount, from);
+}
+
+// The product of both, its upper half folded onto the lower.
+std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+  __extension__ using Wide = unsigned __int128;
+  const Wide product = static_cast<Wide>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
 // Moves the units of pairs above all others: U+10000 comes after U+FFFF.
@@ -47,66 +184,90 @@ unsigned codePointRank(const unsigned short* units, std::size_t count, std::size
   return isPaired ? unit + 0x10000U : unit;
 }
 
+// So many counts of at most 2 fit into a lane of 16 bits.
+constexpr std::size_t kCountsPerLane = 0x7FFF;
+
+std::size_t sumOfLanes(const Units8& lanes) {
+  std::size_t sum = 0;
+  for (int i = 0; i < 8; ++i) sum += lanes[i];
+  return sum;
+}
+
+std::size_t countPairs(const unsigned short* units, std::size_t count) {
+  std::size_t pairs = 0;
+  std::size_t i = 1;
+  while (i + 8 <= count) {
+    Units8 counts = {};
+    for (std::size_t k = 0; k < kCountsPerLane && i + 8 <= count; ++k, i += 8) {
+      const Mask8 isPair = ((load<Units8>(units + i) & 0xFC00) == 0xDC00) &
+                           ((load<Units8>(units + i - 1) & 0xFC00) == 0xD800);
+      counts -= reinterpret_cast<Units8>(isPair);
+    }
+    pairs += sumOfLanes(counts);
+  }
+  for (; i < count; ++i) pairs += isTrailSurrogate(units[i]) && isLeadSurrogate(units[i - 1]);
+  return pairs;
+}
+
 }  // namespace
 
 std::size_t widenASCII(const char* bytes, std::size_t count, unsigned short* out) noexcept {
   std::size_t i = 0;
+  for (; i + 64 <= count; i += 64) {
+    const Bytes16 together = load<Bytes16>(bytes + i) | load<Bytes16>(bytes + i + 16) |
+                             load<Bytes16>(bytes + i + 32) | load<Bytes16>(bytes + i + 48);
+    if (isAnySet(together & 0x80)) break;
+    for (std::size_t k = 0; k < 64; k += 16) widen16(bytes + i + k, out + i + k);
+  }
+  for (; i + 16 <= count; i += 16) {
+    if (isAnySet(load<Bytes16>(bytes + i) & 0x80)) break;
+    widen16(bytes + i, out + i);
+  }
+  if (i + 8 <= count && isASCII8(bytes + i)) {
+    widen8(bytes + i, out + i);
+    i += 8;
+  }
+  // The last eight once more, so that short texts need no loop over single bytes.
+  if (i < count && i + 8 > count && count >= 8 && isASCII8(bytes + count - 8)) {
+    widen8(bytes + count - 8, out + count - 8);
+    return count;
+  }
   for (; i < count && byteAt(bytes, i) < 0x80; ++i) out[i] = toUnit(byteAt(bytes, i));
   return i;
 }
 
 void widenLatin1(const char* bytes, std::size_t count, unsigned short* out) noexcept {
-  for (std::size_t i = 0; i < count; ++i) out[i] = toUnit(byteAt(bytes, i));
+  std::size_t i = 0;
+  for (; i + 16 <= count; i += 16) widen16(bytes + i, out + i);
+  if (i + 8 <= count) {
+    widen8(bytes + i, out + i);
+    i += 8;
+  }
+  if (i < count && count >= 8) {
+    widen8(bytes + count - 8, out + count - 8);
+    return;
+  }
+  for (; i < count; ++i) out[i] = toUnit(byteAt(bytes, i));
 }
 
 std::size_t decodeUTF8(const char* bytes, std::size_t count, unsigned short* out) noexcept {
-  std::size_t units = 0;
-  std::size_t i = 0;
-  while (i < count) {
-    const unsigned lead = byteAt(bytes, i++);
-    if (lead < 0x80) {
-      out[units++] = toUnit(lead);
-      continue;
+  const char* const bytesEnd = bytes + count;
+  unsigned short* const begin = out;
+  while (bytes != bytesEnd) {
+    // ASCII eight bytes at once, and without a branch on how many of them are: where the script
+    // changes from word to word no processor guesses it.
+    while (bytesEnd - bytes >= 8) {
+      const std::uint64_t highBits = load<std::uint64_t>(bytes) & kHighBits;
+      const std::size_t run = highBits == 0 ? 8 : countFirstBytes(highBits);
+      widen8(bytes, out);
+      bytes += run;
+      out += run;
+      if (run < 8) break;
     }
-    // The range of the second byte keeps out overlong forms, surrogates and what is above 0x10FFFF.
-    unsigned trails = 0;
-    unsigned lowest = 0x80;
-    unsigned highest = 0xBF;
-    unsigned codePoint = 0;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      trails = 1;
-      codePoint = lead & 0x1F;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      trails = 2;
-      codePoint = lead & 0x0F;
-      if (lead == 0xE0) lowest = 0xA0;
-      if (lead == 0xED) highest = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      trails = 3;
-      codePoint = lead & 0x07;
-      if (lead == 0xF0) lowest = 0x90;
-      if (lead == 0xF4) highest = 0x8F;
-    } else {
-      out[units++] = kReplacementCharacter;
-      continue;
-    }
-    for (; trails > 0 && i < count; --trails, ++i) {
-      const unsigned trail = byteAt(bytes, i);
-      if (trail < lowest || trail > highest) break;
-      codePoint = (codePoint << 6) | (trail & 0x3F);
-      lowest = 0x80;
-      highest = 0xBF;
-    }
-    if (trails > 0) {
-      out[units++] = kReplacementCharacter;
-    } else if (codePoint < 0x10000U) {
-      out[units++] = toUnit(codePoint);
-    } else {
-      out[units++] = toUnit(0xD7C0U + (codePoint >> 10));
-      out[units++] = toUnit(0xDC00U + (codePoint & 0x3FFU));
-    }
+    while (bytes != bytesEnd && (*bytes & 0x80) == 0) *out++ = toUnit(byteAt(bytes++, 0));
+    while (bytes != bytesEnd && (*bytes & 0x80) != 0) bytes = decodeSequence(bytes, bytesEnd, out);
   }
-  return units;
+  return static_cast<std::size_t>(out - begin);
 }
 
 std::size_t narrowASCII(const unsigned short* units, std::size_t count, char* out) noexcept {
@@ -118,34 +279,54 @@ std::size_t narrowLatin1(const unsigned short* units, std::size_t count, char* o
 }
 
 std::size_t sizeInUTF8(const unsigned short* units, std::size_t count) noexcept {
-  std::size_t bytes = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const unsigned unit = units[i];
-    if (isLeadSurrogate(unit) && i + 1 < count && isTrailSurrogate(units[i + 1])) {
-      bytes += 4;
-      ++i;
-    } else {
-      bytes += unit < 0x80 ? 1U : unit < 0x800 ? 2U : 3U;
+  std::size_t bytes = count;
+  std::size_t i = 0;
+  Mask8 isSurrogateSeen = {};
+  while (i + 8 <= count) {
+    Units8 extra = {};
+    for (std::size_t k = 0; k < kCountsPerLane && i + 8 <= count; ++k, i += 8) {
+      const Units8 block = load<Units8>(units + i);
+      extra -= reinterpret_cast<Units8>(block > 0x7F) + reinterpret_cast<Units8>(block > 0x7FF);
+      isSurrogateSeen |= (block & 0xF800) == 0xD800;
     }
+    bytes += sumOfLanes(extra);
   }
-  return bytes;
+  bool mayHavePairs = isAnySet(isSurrogateSeen);
+  for (; i < count; ++i) {
+    bytes += (units[i] > 0x7F ? 1U : 0U) + (units[i] > 0x7FF ? 1U : 0U);
+    mayHavePairs |= isSurrogate(units[i]);
+  }
+  // Three bytes for each half so far; a pair takes four.
+  return mayHavePairs ? bytes - 2 * countPairs(units, count) : bytes;
 }
 
 char* encodeUTF8(const unsigned short* units, std::size_t count, char* out) noexcept {
   for (std::size_t i = 0; i < count;) {
-    const unsigned codePoint = static_cast<unsigned>(nextCodePoint(units, count, i));
-    if (codePoint < 0x80) {
-      *out++ = static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-      *out++ = static_cast<char>(0xC0 | (codePoint >> 6));
-      *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else if (codePoint < 0x10000) {
-      *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
-      *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-      *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else {
-      *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
-      *out++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+    // As in decoding. What is left takes a byte per unit at least, so there is room for eight.
+    while (i + 8 <= count) {
+      const Units8 block = load<Units8>(units + i);
+      store(out, __builtin_convertvector(block, Bytes8));
+      const std::size_t run = countASCII(block);
+      i += run;
+      out += run;
+      if (run < 8) break;
+    }
+    while (i < count && units[i] < 0x80) *out++ = static_cast<char>(units[i++]);
+    while (i < count && units[i] >= 0x80) {
+      const unsigned unit = units[i];
+      if (unit < 0x800) {
+        *out++ = static_cast<char>(0xC0 | (unit >> 6));
+        *out++ = static_cast<char>(0x80 | (unit & 0x3F));
+        ++i;
+        continue;
+      }
+      const unsigned codePoint = static_cast<unsigned>(nextCodePoint(units, count, i));
+      if (codePoint < 0x10000) {
+        *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
+      } else {
+        *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
+        *out++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+      }
       *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
       *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
     }
@@ -154,11 +335,7 @@ char* encodeUTF8(const unsigned short* units, std::size_t count, char* out) noex
 }
 
 std::size_t countCodePoints(const unsigned short* units, std::size_t count) noexcept {
-  std::size_t codePoints = count;
-  for (std::size_t i = 1; i < count; ++i) {
-    if (isTrailSurrogate(units[i]) && isLeadSurrogate(units[i - 1])) --codePoints;
-  }
-  return codePoints;
+  return count - countPairs(units, count);
 }
 
 int nextCodePoint(const unsigned short* units, std::size_t count, std::size_t& index) noexcept {
@@ -174,6 +351,7 @@ int compareCodePoints(const unsigned short* a, std::size_t countA, const unsigne
                       std::size_t countB) noexcept {
   const std::size_t shorter = countA < countB ? countA : countB;
   std::size_t i = 0;
+  while (i + 8 <= shorter && !isAnySet(load<Units8>(a + i) ^ load<Units8>(b + i))) i += 8;
   while (i < shorter && a[i] == b[i]) ++i;
   if (i == shorter) return countA < countB ? -1 : countA > countB ? 1 : 0;
   return codePointRank(a, countA, i) < codePointRank(b, countB, i) ? -1 : 1;
@@ -181,8 +359,23 @@ int compareCodePoints(const unsigned short* a, std::size_t countA, const unsigne
 
 std::size_t findFirst(const unsigned short* units, std::size_t count, const unsigned short* text,
                       std::size_t textCount, std::size_t from) noexcept {
-  for (std::size_t i = from; i + textCount <= count; ++i) {
-    if (units[i] == text[0] && matchesAt(units, count, text, textCount, i)) return i;
+  if (textCount > count || from > count - textCount) return kNotFound;
+  const std::size_t end = count - textCount + 1;
+  const std::size_t toLast = textCount - 1;
+  const Units8 first = Units8{} + text[0];
+  const Units8 last = Units8{} + text[toLast];
+  std::size_t i = from;
+  // Both ends of the text at eight positions at once: what passes is worth a closer look.
+  for (; i + 8 <= end; i += 8) {
+    const Mask8 candidates =
+        (load<Units8>(units + i) == first) & (load<Units8>(units + i + toLast) == last);
+    if (!isAnySet(candidates)) continue;
+    for (std::size_t k = 0; k < 8; ++k) {
+      if (candidates[k] != 0 && matchesAt(units, count, text, textCount, i + k, from)) return i + k;
+    }
+  }
+  for (; i < end; ++i) {
+    if (units[i] == text[0] && matchesAt(units, count, text, textCount, i, from)) return i;
   }
   return kNotFound;
 }
@@ -192,15 +385,30 @@ std::size_t findLast(const unsigned short* units, std::size_t count, const unsig
   if (textCount > count) return kNotFound;
   for (std::size_t i = count - textCount + 1; i > from;) {
     --i;
-    if (units[i] == text[0] && matchesAt(units, count, text, textCount, i)) return i;
+    if (units[i] == text[0] && matchesAt(units, count, text, textCount, i, from)) return i;
   }
   return kNotFound;
 }
 
 unsigned hashUnits(const unsigned short* units, std::size_t count) noexcept {
-  std::uint32_t hash = 2166136261U;
-  for (std::size_t i = 0; i < count; ++i) hash = (hash ^ units[i]) * 16777619U;
-  return hash;
+  // Multiply and fold, 32 bytes a step in two lanes that do not wait for each other.
+  constexpr std::uint64_t kSeed = 0x9E3779B97F4A7C15U;
+  constexpr std::uint64_t kFactor = 0xD6E8FEB86659FD93U;
+  // The factors of a product begin differently, or equal words could change places.
+  std::uint64_t hash = count ^ kFactor;
+  std::uint64_t otherHash = kSeed;
+  std::size_t i = 0;
+  for (; count - i > 16; i += 16) {
+    hash = mix(load<std::uint64_t>(units + i) ^ kSeed, load<std::uint64_t>(units + i + 4) ^ hash);
+    otherHash = mix(load<std::uint64_t>(units + i + 8) ^ kFactor,
+                    load<std::uint64_t>(units + i + 12) ^ otherHash);
+  }
+  hash ^= otherHash;
+  for (; count - i > 3; i += 4) hash = mix(load<std::uint64_t>(units + i) ^ kSeed, hash ^ kFactor);
+  std::uint64_t rest = 0;
+  for (; i < count; ++i) rest = rest << 16 | units[i];
+  hash = mix(rest ^ kSeed, hash ^ kFactor);
+  return static_cast<unsigned>(hash ^ (hash >> 32));
 }
 
 }  // namespace kova::internal

@@ -41,7 +41,7 @@ int compareCodePoints(const unsigned short* a, std::size_t countA, const unsigne
 constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
 /// The first or last position at or after `from` where `text`, which is not empty, occurs without
-/// tearing a surrogate pair.
+/// tearing a surrogate pair of the range that begins at `from`.
 std::size_t findFirst(const unsigned short* units, std::size_t count, const unsigned short* text,
                       std::size_t textCount, std::size_t from) noexcept;
 std::size_t findLast(const unsigned short* units, std::size_t count, const unsigned short* text,

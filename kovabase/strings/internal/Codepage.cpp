@@ -14,8 +14,6 @@ thread_local bool isCacheGone = false;
 
 bool isDefaultName(const char* name) { return name == nullptr || *name == '\0'; }
 
-bool isNamed(const char* name, const char* canonical) { return std::strcmp(name, canonical) == 0; }
-
 }  // namespace
 
 struct Codepage::Slot {
@@ -101,12 +99,8 @@ Codepage Codepage::findForReading(const char* name) noexcept {
     if (kind != CodepageKind::kASCIIBased && kind != CodepageKind::kOther) {
       return Codepage(kind, nullptr);
     }
-  } else if (isNamed(name, "UTF-8")) {
-    return Codepage(CodepageKind::kUTF8, nullptr);
-  } else if (isNamed(name, "US-ASCII")) {
-    return Codepage(CodepageKind::kUSASCII, nullptr);
-  } else if (isNamed(name, "ISO-8859-1")) {
-    return Codepage(CodepageKind::kLatin1, nullptr);
+  } else if (const CodepageKind kind = kindOfCanonicalName(name); kind != CodepageKind::kOther) {
+    return Codepage(kind, nullptr);
   }
   return find(name);
 }

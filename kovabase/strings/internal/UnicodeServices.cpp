@@ -1,6 +1,7 @@
 #include "kovabase/strings/internal/UnicodeServices.h"
 
 #include <unicode/stringoptions.h>
+#include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 #include <unicode/ucnv_err.h>
