@@ -126,7 +126,7 @@ KOVAMutex& KOVAMTEventBus::GetMutex() {
 KOVCEventBus& KOVCEventBus::RegisterDefaultBus() {
   // Through the bus's own registration, so that it does not register a second time, later, in the
   // place of a host's bus.
-  KOVAMTEventBus::GetEventBus();
+  KOVAMTEventBus::_eventBus.Initialize();
   return RegisterUnlessPresent(KOVAMTEventBus::_eventBus);
 }
 

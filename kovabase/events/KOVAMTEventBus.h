@@ -49,6 +49,7 @@ class KOVABASE_API KOVAMTEventBus : public KOVCEventBus {
   ~KOVAMTEventBus() override;
 
  private:
+  friend class KOVCEventBus;  // for the default bus, which is defined with this class
   class EventQueue;
   class Merge;
   union Instance;

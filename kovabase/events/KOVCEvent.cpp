@@ -63,9 +63,8 @@ KOVAEventLevel KOVCEvent::GetLevel(const char* text, KOVAEventLevel defaultLevel
     if (equalsIgnoringCase(view, named.name)) return named.level;
   }
   KOVAEventLevel level = 0;
-  const char* const begin = view.starts_with('+') ? view.data() + 1 : view.data();
   const char* const end = view.data() + view.size();
-  const auto [stop, error] = std::from_chars(begin, end, level);
+  const auto [stop, error] = std::from_chars(view.data(), end, level);
   return error == std::errc() && stop == end ? level : defaultLevel;
 }
 

@@ -7,8 +7,14 @@
 #include <utility>
 #include <vector>
 
+struct KOVCEventBus::Registration {
+  KOVCEventListener* listener;
+  // Tells a listener from a later one at the same address.
+  std::uint64_t id;
+};
+
 struct KOVCEventBus::Listeners {
-  std::vector<KOVCEventListener*> entries;
+  std::vector<Registration> entries;
   // The list that was replaced before this one and is still to be freed.
   mutable const Listeners* nextRetired = nullptr;
 };
@@ -53,16 +59,21 @@ void KOVCEventBus::AddListener(KOVCEventListener* listener) {
   const Listeners* const current = _listeners.load(std::memory_order_relaxed);
   auto changed = std::make_unique<Listeners>();
   if (current != nullptr) changed->entries = current->entries;
-  changed->entries.push_back(listener);
+  changed->entries.push_back({listener, ++_lastRegistration});
   Publish(changed.release());
 }
 
 void KOVCEventBus::RemoveListener(KOVCEventListener* listener) {
   const std::lock_guard guard(_change);
-  if (!IsRegistered(listener)) return;
+  const Listeners* const current = _listeners.load(std::memory_order_relaxed);
+  if (current == nullptr) return;
   auto changed = std::make_unique<Listeners>();
-  changed->entries = _listeners.load(std::memory_order_relaxed)->entries;
-  changed->entries.erase(std::find(changed->entries.begin(), changed->entries.end(), listener));
+  changed->entries = current->entries;
+  const auto found =
+      std::find_if(changed->entries.begin(), changed->entries.end(),
+                   [listener](const Registration& entry) { return entry.listener == listener; });
+  if (found == changed->entries.end()) return;
+  changed->entries.erase(found);
   Publish(changed.release());
 }
 
@@ -84,11 +95,11 @@ void KOVCEventBus::Deliver(KOVCEvent& event) {
   const Delivery delivery(*this);
   const Listeners* const listeners = _listeners.load();
   if (listeners == nullptr) return;
-  for (KOVCEventListener* listener : listeners->entries) {
+  for (const Registration& entry : listeners->entries) {
     // A listener may have removed, and destroyed, one that stands behind it.
     const bool isChanged = _listeners.load(std::memory_order_acquire) != listeners;
-    if (isChanged && !IsRegistered(listener)) continue;
-    listener->HandleEvent(event);
+    if (isChanged && !IsRegistered(entry)) continue;
+    entry.listener->HandleEvent(event);
   }
 }
 
@@ -109,10 +120,10 @@ void KOVCEventBus::FreeRetired() noexcept {
   while (retired != nullptr) delete std::exchange(retired, retired->nextRetired);
 }
 
-// Needs the change lock or a delivery.
-bool KOVCEventBus::IsRegistered(KOVCEventListener* listener) const noexcept {
+// Needs a delivery under way.
+bool KOVCEventBus::IsRegistered(const Registration& entry) const noexcept {
   const Listeners* const current = _listeners.load(std::memory_order_acquire);
-  if (current == nullptr) return false;
-  return std::find(current->entries.begin(), current->entries.end(), listener) !=
-         current->entries.end();
+  return current != nullptr &&
+         std::any_of(current->entries.begin(), current->entries.end(),
+                     [&entry](const Registration& other) { return other.id == entry.id; });
 }

@@ -3,6 +3,7 @@
 #include "kovabase/foundation/KOVAExport.h"
 
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 
 class KOVCEvent;
@@ -53,6 +54,7 @@ class KOVABASE_API KOVCEventBus {
  private:
   // Never changed once it is published.
   struct Listeners;
+  struct Registration;
   class Delivery;
 
   // Defined with KOVAMTEventBus, which stands above this class.
@@ -60,11 +62,12 @@ class KOVABASE_API KOVCEventBus {
 
   void Publish(const Listeners* listeners) noexcept;
   void FreeRetired() noexcept;
-  bool IsRegistered(KOVCEventListener* listener) const noexcept;
+  bool IsRegistered(const Registration& entry) const noexcept;
 
   std::atomic<const Listeners*> _listeners{nullptr};
   // Deliveries under way, each of which may read a list that has been replaced meanwhile.
   std::atomic<int> _deliveries{0};
   std::atomic<const Listeners*> _retired{nullptr};
   std::mutex _change;
+  std::uint64_t _lastRegistration = 0;
 };
