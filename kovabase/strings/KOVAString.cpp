@@ -187,12 +187,12 @@ void KOVAString::assignBytes(const char* bytes, long long byteCount, const char*
 void KOVAString::readBytes(const char* bytes, std::size_t count, std::size_t done,
                            const char* codepage) {
   const Codepage page = Codepage::findForReading(codepage);
-  _badConversion = !page.isKnown();
-  if (done == 0 && page.kind() != CodepageKind::kOther) done = widenASCII(bytes, count, units());
+  _badConversion = !page.isKnown;
+  if (done == 0 && page.kind != CodepageKind::kOther) done = widenASCII(bytes, count, units());
   unsigned short* out = units() + done;
   const char* source = bytes + done;
   const std::size_t rest = count - done;
-  switch (page.kind()) {
+  switch (page.kind) {
     case CodepageKind::kUTF8: out += decodeUTF8(source, rest, out); break;
     case CodepageKind::kLatin1:
       widenLatin1(source, rest, out);
@@ -207,9 +207,9 @@ void KOVAString::readBytes(const char* bytes, std::size_t count, std::size_t don
     case CodepageKind::kASCIIBased:
     case CodepageKind::kOther:
       if (rest == 0) break;
-      if (page.converter() == nullptr) throwAllocException();
-      resetConverter(page.converter());
-      while (!decode(page.converter(), source, bytes + count, out, units() + capacity())) {
+      if (page.converter == nullptr) throwAllocException();
+      resetConverter(page.converter);
+      while (!decode(page.converter, source, bytes + count, out, units() + capacity())) {
         _length = static_cast<int>(out - units());
         growFor(static_cast<long long>(capacity()) + 1);
         out = units() + _length;
@@ -444,7 +444,7 @@ KOVAResult KOVAString::convertToMBCS(char* buf, int size, const char* codepage, 
   std::size_t done = 0;
   {
     const Codepage page = Codepage::findForReading(codepage);
-    switch (page.kind()) {
+    switch (page.kind) {
       case CodepageKind::kUTF8:
         if (ownSubstitute == '\0') return convertToUTF8(buf, size);
         [[fallthrough]];
@@ -457,17 +457,17 @@ KOVAResult KOVAString::convertToMBCS(char* buf, int size, const char* codepage, 
         break;
       case CodepageKind::kOther: break;
     }
-    if (done == count && page.kind() != CodepageKind::kOther) {
+    if (done == count && page.kind != CodepageKind::kOther) {
       buf[count] = 0;
       return KOVAResultCode::kSuccess;
     }
   }
   const Codepage page = Codepage::findForWriting(codepage, ownSubstitute);
-  if (page.converter() == nullptr) {
+  if (page.converter == nullptr) {
     buf[0] = 0;
     return KOVAResultCode::kUnexpectedError;
   }
-  const long long bytes = encode(page.converter(), getUnits(), _length, buf, size - 1);
+  const long long bytes = encode(page.converter, getUnits(), _length, buf, size - 1);
   if (bytes < 0) {
     buf[0] = 0;
     return result;
@@ -504,9 +504,9 @@ int KOVAString::getConvertToWideCharacterSize() const noexcept { return _length 
 
 int KOVAString::getConvertToMBCSSize(const char* codepage) const noexcept {
   const Codepage page = Codepage::find(codepage);
-  if (page.converter() == nullptr) return 0;
-  if (page.kind() == CodepageKind::kUTF8) return getConvertToUTF8Size();
-  return saturate(encodedSize(page.converter(), getUnits(), _length) + 1);
+  if (page.converter == nullptr) return 0;
+  if (page.kind == CodepageKind::kUTF8) return getConvertToUTF8Size();
+  return saturate(encodedSize(page.converter, getUnits(), _length) + 1);
 }
 
 int KOVAString::getConvertToRestrictedASCIISize() const noexcept {

@@ -1,5 +1,7 @@
+#include "kovabase/foundation/KOVAAllocException.h"
 #include "kovabase/foundation/KOVAResultCodes.h"
 #include "kovabase/strings/KOVAString.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
@@ -503,6 +505,44 @@ TEST(KOVAString, RestrictedASCIIKeepsExactlyTheIdentifierSafeCharacters) {
   EXPECT_STREQ(buffer, "a_b_");
   EXPECT_EQ(make({u'a', 0, u'#'}).convertToRestrictedASCII(buffer, 5), KOVAResultCode::kSuccess);
   EXPECT_STREQ(buffer, "a");
+}
+
+TEST(KOVAString, KeepsItsTextWhenMemoryIsExhausted) {
+  const Units longUnits(100, u'\u0436');
+  const std::string longBytes(100, '\xC4');
+  int values[20];
+  std::fill(std::begin(values), std::end(values) - 1, 0x1F600);
+  values[19] = 0;
+  const auto work = [&] {
+    KOVAString text("a text that is too long for the inside", "UTF-8");
+    const KOVAString copy(text);
+    const KOVAString pairs(values);
+    bool isWhole = pairs.length() == 38;
+    for (int i = 0; i < 3; ++i) {
+      try {
+        text.append(text);
+      } catch (...) {
+        isWhole = isWhole && text.endsWith(copy);
+      }
+    }
+    const KOVAString read(longBytes.c_str(), "KOI8-R");
+    const KOVAString wide = make(longUnits);
+    char buffer[256];
+    isWhole = isWhole && read.length() == 100 && wide.substring(1, 60).length() == 59;
+    isWhole = isWhole && read.convertToMBCS(buffer, 256, "KOI8-R", true, '?').IsSuccess();
+    isWhole = isWhole && (text + copy).endsWith(copy) && copy.replace('o', '0').length() > 0;
+    KOVAString assigned("short");
+    try {
+      assigned = wide;
+    } catch (...) {
+      isWhole = isWhole && assigned == "short";
+    }
+    return isWhole && wide.compareToIgnoreCase(wide + "x") < 0;
+  };
+  EXPECT_TRUE(kova::test::survivesFailingAllocations(work));
+  EXPECT_TRUE(
+      kova::test::survivesFailingAllocations(work, kova::test::Shortage::kAllFailFromThere));
+  EXPECT_THROW(KOVAString("x").reserve(INT_MAX), KOVAAllocException);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "kovabase/strings/internal/Codepage.h"
 
+#include "kovabase/foundation/internal/Heap.h"
+#include "kovabase/platform/ThreadSlot.h"
 #include "kovabase/strings/KOVAStringCodepageConverter.h"
 
 #include <atomic>
@@ -9,9 +11,6 @@ namespace kova::internal {
 
 namespace {
 
-// Trivial, so that it can still be read when the thread's cache is destroyed.
-thread_local bool isCacheGone = false;
-
 bool isDefaultName(const char* name) { return name == nullptr || *name == '\0'; }
 
 }  // namespace
@@ -19,53 +18,67 @@ bool isDefaultName(const char* name) { return name == nullptr || *name == '\0'; 
 struct Codepage::Slot {
   char name[kMaximumConverterName + 1] = {};
   bool isUsed = false;
-  bool isKnown = false;
-  CodepageKind kind = CodepageKind::kOther;
-  UConverter* converter = nullptr;
+  Codepage page;
   // A second clone, so that the substitute never sticks to the first.
   UConverter* substituting = nullptr;
   char substitute = '\0';
 };
 
-// The code pages that a thread used last, the very last one in front.
+// The code pages that a thread used last.
 class Codepage::Cache {
  public:
+  Cache() noexcept = default;
   ~Cache() {
-    isCacheGone = true;
     for (Slot& slot : _slots) empty(slot);
+  }
+
+  // The thread's own; null when memory is exhausted.
+  static Cache* get() noexcept {
+    static constinit thread_local Cache* current = nullptr;
+    if (current != nullptr) return current;
+    static const platform::ThreadSlot atThreadEnd([](void* cache) {
+      current = nullptr;
+      destroy(static_cast<Cache*>(cache));
+    });
+    Cache* const cache = tryCreate<Cache>();
+    if (cache == nullptr || !atThreadEnd.set(cache)) {
+      destroy(cache);
+      return nullptr;
+    }
+    return current = cache;
   }
 
   // The slot of the name, opened if need be; null when memory is exhausted.
   Slot* find(const char* name) noexcept {
-    const char* const key = name != nullptr ? name : "";
-    if (_slots[_last].isUsed && std::strcmp(_slots[_last].name, key) == 0) return &_slots[_last];
+    if (isFor(_slots[_last], name)) return &_slots[_last];
     for (int i = 0; i < kSlots; ++i) {
-      if (_slots[i].isUsed && std::strcmp(_slots[i].name, key) == 0) {
-        _last = i;
-        return &_slots[i];
-      }
+      if (!isFor(_slots[i], name)) continue;
+      _last = i;
+      return &_slots[i];
     }
-    const int next = (_last + 1) % kSlots;
-    Slot& slot = _slots[next];
+    Codepage page;
     bool isUnknown = false;
-    CodepageKind kind = CodepageKind::kOther;
-    UConverter* const converter = open(name, kind, isUnknown);
-    if (converter == nullptr && !isUnknown) return nullptr;
+    page.converter = KOVAStringCodepageConverter::Instance().openOwn(
+        isDefaultName(name) ? nullptr : name, page.kind, isUnknown);
+    if (page.converter == nullptr && !isUnknown) return nullptr;
+    page.isKnown = !isUnknown;
+    _last = (_last + 1) % kSlots;
+    Slot& slot = _slots[_last];
     empty(slot);
-    std::strcpy(slot.name, key);
+    std::strcpy(slot.name, name);
     slot.isUsed = true;
-    slot.isKnown = !isUnknown;
-    slot.kind = kind;
-    slot.converter = converter;
-    _last = next;
+    slot.page = page;
     return &slot;
   }
 
  private:
   static constexpr int kSlots = 4;
 
+  static bool isFor(const Slot& slot, const char* name) noexcept {
+    return slot.isUsed && std::strcmp(slot.name, name) == 0;
+  }
   static void empty(Slot& slot) noexcept {
-    closeConverter(slot.converter);
+    closeConverter(slot.page.converter);
     closeConverter(slot.substituting);
     slot = Slot();
   }
@@ -74,84 +87,51 @@ class Codepage::Cache {
   int _last = 0;
 };
 
-UConverter* Codepage::open(const char* name, CodepageKind& kind, bool& isUnknown) noexcept {
-  return KOVAStringCodepageConverter::Instance().openOwn(isDefaultName(name) ? nullptr : name, kind,
-                                                         isUnknown);
-}
-
-Codepage::Codepage(Codepage&& other) noexcept
-    : _kind(other._kind),
-      _converter(other._converter),
-      _isKnown(other._isKnown),
-      _isOwned(other._isOwned) {
-  other._isOwned = false;
-}
-
-Codepage::~Codepage() {
-  if (_isOwned) closeConverter(_converter);
-}
-
 Codepage Codepage::find(const char* name) noexcept { return findForWriting(name, '\0'); }
 
 Codepage Codepage::findForReading(const char* name) noexcept {
-  if (isDefaultName(name)) {
-    const CodepageKind kind = defaultKind();
-    if (kind != CodepageKind::kASCIIBased && kind != CodepageKind::kOther) {
-      return Codepage(kind, nullptr);
-    }
-  } else if (const CodepageKind kind = kindOfCanonicalName(name); kind != CodepageKind::kOther) {
-    return Codepage(kind, nullptr);
-  }
-  return find(name);
+  const CodepageKind kind = isDefaultName(name) ? defaultKind() : kindOfCanonicalName(name);
+  if (kind == CodepageKind::kASCIIBased || kind == CodepageKind::kOther) return find(name);
+  return {kind};
 }
 
 Codepage Codepage::findForWriting(const char* name, char substitute) noexcept {
-  Codepage page(CodepageKind::kOther, nullptr);
-  bool isUnknown = !isDefaultName(name) && std::strlen(name) > kMaximumConverterName;
-  if (isUnknown) {
-    // No such name can be known.
-  } else if (isCacheGone) {
-    page._converter = open(name, page._kind, isUnknown);
-    page._isOwned = true;
-    if (page._converter != nullptr && substitute != '\0') {
-      setSubstitute(page._converter, substitute);
-    }
-  } else {
-    thread_local Cache cache;
-    Slot* const slot = cache.find(name);
-    if (slot == nullptr) return page;
-    isUnknown = !slot->isKnown;
-    page._kind = slot->kind;
-    page._converter = slot->converter;
-    if (!isUnknown && substitute != '\0') {
-      if (slot->substituting == nullptr) {
-        slot->substituting = cloneConverter(slot->converter);
-        slot->substitute = '\0';
-      }
-      if (slot->substituting != nullptr && slot->substitute != substitute) {
-        setSubstitute(slot->substituting, substitute);
-        slot->substitute = substitute;
-      }
-      page._converter = slot->substituting;
-    }
+  if (name == nullptr) name = "";
+  Slot* slot = nullptr;
+  if (std::strlen(name) <= kMaximumConverterName) {
+    Cache* const cache = Cache::get();
+    slot = cache != nullptr ? cache->find(name) : nullptr;
+    if (slot == nullptr) return {};
   }
-  if (!isUnknown) return page;
-  Codepage standIn = findForWriting(nullptr, substitute);
-  standIn._isKnown = false;
-  return standIn;
+  if (slot == nullptr || !slot->page.isKnown) {
+    if (isDefaultName(name)) return {};
+    Codepage standIn = findForWriting("", substitute);
+    standIn.isKnown = false;
+    return standIn;
+  }
+  if (substitute == '\0') return slot->page;
+  if (slot->substituting == nullptr) {
+    slot->substituting = cloneConverter(slot->page.converter);
+    slot->substitute = '\0';
+  }
+  if (slot->substituting != nullptr && slot->substitute != substitute) {
+    setSubstitute(slot->substituting, substitute);
+    slot->substitute = substitute;
+  }
+  return {slot->page.kind, slot->substituting};
 }
 
 CodepageKind Codepage::defaultKind() noexcept {
   constexpr int kUndecided = -1;
   static std::atomic<int> decided = kUndecided;
-  int value = decided.load(std::memory_order_relaxed);
+  const int value = decided.load(std::memory_order_relaxed);
   if (value != kUndecided) return static_cast<CodepageKind>(value);
 
-  CodepageKind kind = CodepageKind::kUTF8;
-  if (!isNamed(defaultConverterName(), "UTF-8")) {
+  CodepageKind kind = kindOfCanonicalName(defaultConverterName());
+  if (kind == CodepageKind::kOther) {
     const Codepage page = find(nullptr);
-    if (page.converter() == nullptr) return CodepageKind::kOther;
-    kind = page.kind();
+    if (page.converter == nullptr) return CodepageKind::kOther;
+    kind = page.kind;
   }
   decided.store(static_cast<int>(kind), std::memory_order_relaxed);
   return kind;

@@ -28,44 +28,28 @@ inline CodepageKind kindOfCanonicalName(const char* name) noexcept {
 
 /// A code page as the calling thread sees it, for one conversion on that thread: with a clone of
 /// the registry's converter that is the thread's own. A thread keeps the clones of the few code
-/// pages that it used last; while it comes to its end, or the process does, each look-up makes its
-/// own.
-///
-/// At most one object lives on a thread at a time: the next look-up may reuse its place.
+/// pages that it used last, so the next look-up may end this one.
 class Codepage {
  public:
   /// What `name` stands for; null or empty is the default code page. An unknown name gives the
-  /// default one with isKnown() false.
+  /// default one with isKnown false.
   static Codepage find(const char* name) noexcept;
-  /// The same for reading; converter() is null where the kind says how to read without one.
+  /// The same for reading; `converter` is null where the kind says how to read without one.
   static Codepage findForReading(const char* name) noexcept;
   /// As find(), with a converter that writes `substitute` for what the code page lacks; 0 is the
   /// code page's own substitute.
   static Codepage findForWriting(const char* name, char substitute) noexcept;
-  /// The kind of the default code page.
-  static CodepageKind defaultKind() noexcept;
 
-  Codepage(Codepage&& other) noexcept;
-  Codepage& operator=(Codepage&&) = delete;
-  ~Codepage();
-
-  CodepageKind kind() const noexcept { return _kind; }
-  bool isKnown() const noexcept { return _isKnown; }
+  CodepageKind kind = CodepageKind::kOther;
   /// Null when memory is exhausted.
-  UConverter* converter() const noexcept { return _converter; }
+  UConverter* converter = nullptr;
+  bool isKnown = true;
 
  private:
   struct Slot;
   class Cache;
 
-  Codepage(CodepageKind kind, UConverter* converter) noexcept
-      : _kind(kind), _converter(converter) {}
-  static UConverter* open(const char* name, CodepageKind& kind, bool& isUnknown) noexcept;
-
-  CodepageKind _kind;
-  UConverter* _converter;
-  bool _isKnown = true;
-  bool _isOwned = false;
+  static CodepageKind defaultKind() noexcept;
 };
 
 }  // namespace kova::internal
