@@ -63,18 +63,17 @@ void KOVAString::throwExhausted() { throwAllocException(); }
 
 // Only for an object without a block: makes the room, and leaves the text to the caller.
 void KOVAString::allocate(long long unitCount) {
-  if (unitCount <= kInsideUnits) return;
-  _text.block = {resizeBlock(nullptr, unitCount), static_cast<int>(unitCount)};
-  _onHeap = true;
+  if (unitCount > kInsideUnits) {
+    setBlock(resizeBlock(nullptr, unitCount), static_cast<int>(unitCount));
+  }
 }
 
 // Keeps the text.
 void KOVAString::grow(long long unitCount) {
   if (unitCount <= capacity()) return;
-  unsigned short* const block = resizeBlock(_onHeap ? _text.block.units : nullptr, unitCount);
-  if (!_onHeap) copyUnits(block, _text.units, toSize(_length) + 1);
-  _text.block = {block, static_cast<int>(unitCount)};
-  _onHeap = true;
+  unsigned short* const resized = resizeBlock(_onHeap ? block() : nullptr, unitCount);
+  if (!_onHeap) copyUnits(resized, _inside, toSize(_length) + 1);
+  setBlock(resized, static_cast<int>(unitCount));
 }
 
 // Grows by half at least, so that appending takes constant time per unit.
@@ -85,16 +84,16 @@ void KOVAString::growFor(long long unitCount) {
 
 // Gives back room that a conversion asked for and did not need.
 void KOVAString::shrink() noexcept {
-  if (!_onHeap || _text.block.capacity - _length < 64 + _length / 4) return;
-  unsigned short* const old = _text.block.units;
+  if (!_onHeap || capacity() - _length < 64 + _length / 4) return;
+  unsigned short* const old = units();
   if (_length <= kInsideUnits) {
-    copyUnits(_text.units, old, toSize(_length) + 1);
+    copyUnits(_inside, old, toSize(_length) + 1);
     std::free(old);
     _onHeap = false;
     return;
   }
-  void* const block = std::realloc(old, (toSize(_length) + 1) * sizeof *old);
-  if (block != nullptr) _text.block = {static_cast<unsigned short*>(block), _length};
+  void* const resized = std::realloc(old, (toSize(_length) + 1) * sizeof *old);
+  if (resized != nullptr) setBlock(static_cast<unsigned short*>(resized), _length);
 }
 
 void KOVAString::setLength(int unitCount) noexcept {
@@ -103,7 +102,7 @@ void KOVAString::setLength(int unitCount) noexcept {
 }
 
 KOVAString::KOVAString(unsigned short unit) {
-  _text.units[0] = unit;
+  _inside[0] = unit;
   setLength(1);
 }
 

@@ -10,7 +10,7 @@
 /// The text type of the library: a deep-copied string of UTF-16 code units.
 ///
 /// Lengths, indexes and positions count code units; a character is one unsigned 16-bit unit. A text
-/// may hold U+0000 and lone surrogates. Short texts (up to 15 units) are stored inside the object
+/// may hold U+0000 and lone surrogates. Short texts (up to 24 units) are stored inside the object
 /// and cost no allocation.
 ///
 /// Nothing throws but KOVAAllocException when memory is exhausted, and then the object is as it
@@ -72,9 +72,7 @@ class KOVABASE_API KOVAString {
   }
   /// The length() units and a terminating zero, never null. Valid until this string is next
   /// changed, moved or destroyed.
-  const unsigned short* getUnits() const noexcept {
-    return _onHeap ? _text.block.units : _text.units;
-  }
+  const unsigned short* getUnits() const noexcept { return _onHeap ? block() : _inside; }
   /// A hash of all units, the same in every process on one kind of machine; at most 0x80000000.
   unsigned hashCode() const noexcept;
   /// Whether this text was built from narrow text in an unknown code page or from UTF-32 that held
@@ -185,25 +183,33 @@ class KOVABASE_API KOVAString {
   int getConvertToRestrictedASCIISize() const noexcept;
 
  private:
-  static constexpr int kInsideUnits = 15;
-
-  struct Block {
-    unsigned short* units;  // malloc'ed
-    int capacity;           // without the terminator, more than kInsideUnits
-  };
-  union Text {
-    unsigned short units[kInsideUnits + 1];
-    Block block;
-  };
+  static constexpr int kInsideUnits = 24;
 
   [[noreturn]] static void throwExhausted();
   static KOVAString concatenate(const KOVAString& left, const KOVAString& right);
   static KOVAString concatenate(KOVAString&& left, const KOVAString& right);
 
-  unsigned short* units() noexcept { return _onHeap ? _text.block.units : _text.units; }
-  int capacity() const noexcept { return _onHeap ? _text.block.capacity : kInsideUnits; }
+  // Of a long text, _inside holds the pointer to its block and the block's capacity in units, which
+  // is more than kInsideUnits and leaves out the terminator.
+  unsigned short* block() const noexcept {
+    unsigned short* block;
+    std::memcpy(&block, _inside, sizeof block);
+    return block;
+  }
+  int blockCapacity() const noexcept {
+    int capacity;
+    std::memcpy(&capacity, _inside + sizeof(void*) / sizeof *_inside, sizeof capacity);
+    return capacity;
+  }
+  void setBlock(unsigned short* block, int capacity) noexcept {
+    std::memcpy(_inside, &block, sizeof block);
+    std::memcpy(_inside + sizeof(void*) / sizeof *_inside, &capacity, sizeof capacity);
+    _onHeap = true;
+  }
+  unsigned short* units() noexcept { return _onHeap ? block() : _inside; }
+  int capacity() const noexcept { return _onHeap ? blockCapacity() : kInsideUnits; }
   void releaseBlock() noexcept {
-    if (_onHeap) std::free(_text.block.units);
+    if (_onHeap) std::free(block());
   }
   void takeOver(KOVAString& other) noexcept;
   void allocate(long long unitCount);
@@ -216,36 +222,36 @@ class KOVABASE_API KOVAString {
   void readBytes(const char* bytes, std::size_t count, std::size_t done, const char* codepage);
   void assignUTF32(const int* values, long long count);
 
-  Text _text = {};
-  int _length = 0;
+  // So much that the object fills a cache line.
+  alignas(void*) unsigned short _inside[kInsideUnits + 1] = {};
   bool _onHeap = false;
   bool _badConversion = false;
+  int _length = 0;
 };
 
 // In sight of the compiler, malloc and free included, so that it can leave out unused copies.
 inline KOVAString::KOVAString(const KOVAString& other)
-    : _length(other._length), _badConversion(other._badConversion) {
+    : _badConversion(other._badConversion), _length(other._length) {
   if (_length <= kInsideUnits) {
-    // All of the inside text: a copy of fixed size is one or two instructions.
-    std::memcpy(_text.units, other.getUnits(), sizeof _text.units);
+    // All of the inside text: a copy of fixed size is a few instructions.
+    std::memcpy(_inside, other.getUnits(), sizeof _inside);
   } else {
     const std::size_t bytes = (static_cast<std::size_t>(_length) + 1) * sizeof(unsigned short);
-    void* const block = std::malloc(bytes);
-    if (block == nullptr) throwExhausted();
-    std::memcpy(block, other._text.block.units, bytes);
-    _text.block = {static_cast<unsigned short*>(block), _length};
-    _onHeap = true;
+    void* const copy = std::malloc(bytes);
+    if (copy == nullptr) throwExhausted();
+    std::memcpy(copy, other.block(), bytes);
+    setBlock(static_cast<unsigned short*>(copy), _length);
   }
 }
 
 // Only for an object without a block.
 inline void KOVAString::takeOver(KOVAString& other) noexcept {
-  _text = other._text;
-  _length = other._length;
+  std::memcpy(_inside, other._inside, sizeof _inside);
   _onHeap = other._onHeap;
   _badConversion = other._badConversion;
-  other._text.units[0] = 0;
-  other._length = 0;
+  _length = other._length;
+  other._inside[0] = 0;
   other._onHeap = false;
   other._badConversion = false;
+  other._length = 0;
 }
