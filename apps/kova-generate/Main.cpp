@@ -5,6 +5,7 @@
 #include "kovabase/io/KOVAFileOutputStream.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -28,6 +29,27 @@ Point3D normalOf(const Facet& facet) {
   const double length = std::sqrt(n.x * n.x + n.y * n.y + n.z * n.z);
   if (length == 0) return {0, 0, 0};
   return {n.x / length, n.y / length, n.z / length};
+}
+
+// Moves each shape to the right of the one before.
+void placeSideBySide(std::vector<Shape>& shapes) {
+  constexpr double kGap = 10;
+  double edge = 0;
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    double lowest = 0;
+    double highest = 0;
+    for (const Facet& facet : shapes[i].facets) {
+      for (const Point3D& point : facet) {
+        lowest = std::min(lowest, point.x);
+        highest = std::max(highest, point.x);
+      }
+    }
+    const double shift = i == 0 ? 0 : edge + kGap - lowest;
+    for (Facet& facet : shapes[i].facets) {
+      for (Point3D& point : facet) point.x += shift;
+    }
+    edge = highest + shift;
+  }
 }
 
 void writeUnsigned(KOVAOutputStream& stream, std::uint32_t value, int bytes) {
@@ -90,7 +112,7 @@ int run(int count, char** arguments) {
   int teeth = 24;
   bool isAscii = false;
   CLI::App app("Writes sample meshes as STL files.", "kova-generate");
-  app.add_option("-s,--shape", names, "Shapes to write, one after the other; gear if none is given")
+  app.add_option("-s,--shape", names, "Shapes to write, side by side; gear if none is given")
       ->check(CLI::IsMember({"gear", "knot"}))
       ->delimiter(',');
   app.add_option("-n,--triangles", triangles, "Triangles of a knot")
@@ -112,6 +134,7 @@ int run(int count, char** arguments) {
     shapes.push_back(name == "gear" ? kova::generate::makeGear(teeth)
                                     : kova::generate::makeKnot(triangles));
   }
+  placeSideBySide(shapes);
   KOVAFileOutputStream stream(path.c_str());
   if (isAscii) {
     writeAscii(stream, shapes);

@@ -193,8 +193,8 @@ Shape makeKnot(std::uint64_t facets) {
   for (std::uint64_t i = 0; i < along; ++i) {
     const std::vector<Point3D> next = ringAt(i + 1);
     for (std::uint64_t j = 0; j < around; ++j) {
-      shape.facets.push_back({ring[j], next[j], next[j + 1]});
-      shape.facets.push_back({next[j + 1], ring[j + 1], ring[j]});
+      shape.facets.push_back({ring[j], ring[j + 1], next[j + 1]});
+      shape.facets.push_back({next[j + 1], next[j], ring[j]});
     }
     ring = next;
   }

@@ -16,12 +16,17 @@ bool ByteWindow::Refill(std::size_t count) {
   const std::size_t kept = size();
   std::memmove(_bytes.get(), _begin, kept);
   _begin = _bytes.get();
-  const std::int64_t read = _source.Read(_bytes.get() + kept, _capacity - kept);
-  _hasFailed = read < 0;
-  const std::size_t added = _hasFailed ? 0 : static_cast<std::size_t>(read);
-  _isAtEnd = added < _capacity - kept;
-  _end = _begin + kept + added;
-  return size() >= count;
+  _end = _begin + kept;
+  while (size() < count) {
+    const std::int64_t read = _source.Read(_bytes.get() + size(), _capacity - size());
+    if (read <= 0) {
+      _hasFailed = read < 0;
+      _isAtEnd = true;
+      return false;
+    }
+    _end += read;
+  }
+  return true;
 }
 
 }  // namespace kova::translators

@@ -13,8 +13,9 @@ class Source {
   Source& operator=(const Source&) = delete;
   virtual ~Source() = default;
 
-  /// Copies up to `capacity` bytes to `bytes`; fewer only at the end.
-  /// @return the bytes copied, 0 at the end, -1 when the source cannot be read any further.
+  /// Copies up to `capacity` > 0 bytes to `bytes`.
+  /// @return the bytes copied, at least one before the end; 0 at the end; -1 when the source cannot
+  ///   be read any further.
   virtual std::int64_t Read(char* bytes, std::size_t capacity) = 0;
 
   /// All bytes that there are from the first to the last, read or not; -1 when only reading can

@@ -38,7 +38,8 @@ bool isBinary(const ByteWindow& window) {
 
 KOVAResult StlReader::Read(Source& source, Model& model, Report& report) {
   ByteWindow window(source, kWindowBytes);
-  if (!window.Require(1) && !window.HasFailed()) {
+  window.Require(kProbedBytes);
+  if (window.size() == 0 && !window.HasFailed()) {
     return report.Fail(KOVAResultCode::kInvalidFile, Place::Byte(0), "the file is empty");
   }
   const int partsBefore = model.parts.size();
