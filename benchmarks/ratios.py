@@ -3,12 +3,17 @@
 
 Usage: ratios.py GOALS.json RESULT.json...
 
-GOALS.json lists for each work the name of our benchmark, those of the peers and the goal, a ratio
-of medians. The table goes to standard output as Markdown. A peer that was not installed is left out.
+A benchmark is named "work/who", with arguments behind it if it has any: "copy 12/KOVAString",
+"fire plain/Qt signal/4". Whoever begins with KOVA or Gk_ is ours, the others are peers on the same
+work. GOALS.json gives the goal of each work, a ratio of medians; a work with arguments may have a
+goal for each, "fire plain/4". The table goes to standard output as Markdown.
 """
 
+import collections
 import json
 import sys
+
+OURS = ("KOVA", "Gk_")
 
 
 def read_medians(paths):
@@ -16,16 +21,10 @@ def read_medians(paths):
     for path in paths:
         with open(path, encoding="utf-8") as stream:
             for entry in json.load(stream)["benchmarks"]:
-                if entry.get("run_type") == "aggregate":
-                    if entry.get("aggregate_name") != "median":
-                        continue
-                    name = entry["run_name"]
-                elif entry["name"] in medians:
+                if entry.get("run_type") == "aggregate" and entry.get("aggregate_name") != "median":
                     continue
-                else:
-                    name = entry["name"]
                 unit = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}[entry["time_unit"]]
-                medians[name] = entry["real_time"] * unit
+                medians[entry["run_name"]] = entry["real_time"] * unit
     return medians
 
 
@@ -36,29 +35,49 @@ def in_words(nanoseconds):
     return f"{nanoseconds / 1e9:.3g} s"
 
 
+def group_by_work(medians):
+    works = collections.OrderedDict()
+    for name, time in medians.items():
+        work, who, *arguments = name.split("/")
+        # Settings of the benchmark library are no arguments of the work.
+        arguments = [a for a in arguments if a != "real_time" and ":" not in a]
+        works.setdefault("/".join([work] + arguments), {})[who] = time
+    # A peer without arguments stands beside ours for each of them.
+    for work in list(works):
+        base = work.split("/")[0]
+        if base != work and base in works:
+            for who, time in works[base].items():
+                works[work].setdefault(who, time)
+    return works
+
+
 def main():
     if len(sys.argv) < 3:
         sys.exit(__doc__)
     with open(sys.argv[1], encoding="utf-8") as stream:
         goals = json.load(stream)
-    medians = read_medians(sys.argv[2:])
-    missing = []
+    works = group_by_work(read_medians(sys.argv[2:]))
+    alone = []
     print("| Work | Ours | Best peer | Ratio | Goal | |")
     print("|---|---|---|---|---|---|")
-    for goal in goals:
-        ours = medians.get(goal["ours"])
-        peers = {peer: medians[peer] for peer in goal["peers"] if peer in medians}
-        if ours is None or not peers:
-            missing.append(goal["work"])
+    for work, times in works.items():
+        ours = {who: time for who, time in times.items() if who.startswith(OURS)}
+        peers = {who: time for who, time in times.items() if not who.startswith(OURS)}
+        if not ours:
+            continue
+        if not peers:
+            alone += [f"{work}: {who} {in_words(time)}" for who, time in ours.items()]
             continue
         best = min(peers, key=peers.get)
-        ratio = ours / peers[best]
-        verdict = "" if "goal" not in goal else ("met" if ratio <= goal["goal"] else "missed")
-        wanted = f"{goal['goal']:g} x" if "goal" in goal else ""
-        print(f"| {goal['work']} | {in_words(ours)} | {best} {in_words(peers[best])} "
-              f"| {ratio:.2f} x | {wanted} | {verdict} |")
-    if missing:
-        print("\nNot measured here: " + "; ".join(missing))
+        goal = goals.get(work, goals.get(work.split("/")[0]))
+        for who, time in ours.items():
+            ratio = time / peers[best]
+            wanted = f"{goal:g} x" if goal is not None else ""
+            verdict = "" if goal is None else "met" if ratio <= goal else "missed"
+            print(f"| {work} | {who} {in_words(time)} | {best} {in_words(peers[best])} "
+                  f"| {ratio:.2f} x | {wanted} | {verdict} |")
+    if alone:
+        print("\nWithout a peer: " + "; ".join(alone))
 
 
 if __name__ == "__main__":
