@@ -39,9 +39,10 @@ std::size_t endOfCharacter(std::string_view text, std::size_t at) {
   return at;
 }
 
-bool matchesCharacter(char pattern, char c, bool ignoreCase) {
-  if (isSeparator(pattern)) return isSeparator(c);
-  return pattern == c || (ignoreCase && lowerCase(pattern) == lowerCase(c));
+bool matchesCharacter(std::string_view pattern, std::string_view character, bool ignoreCase) {
+  if (isSeparator(pattern[0])) return isSeparator(character[0]);
+  if (pattern == character) return true;
+  return ignoreCase && pattern.size() == 1 && lowerCase(pattern[0]) == lowerCase(character[0]);
 }
 
 }  // namespace
@@ -145,25 +146,28 @@ bool Gk_ROString::matchesPath(const char* pattern, bool ignoreCase) const noexce
   std::size_t behindStar = kNone;
   std::size_t starEnd = 0;
   while (at < text.size()) {
-    if (wantedAt < wanted.size() && wanted[wantedAt] == '*') {
-      behindStar = ++wantedAt;
-      starEnd = at;
-    } else if (wantedAt < wanted.size() && wanted[wantedAt] == '?' && !isSeparator(text[at])) {
-      ++wantedAt;
-      at = endOfCharacter(text, at);
-    } else if (wantedAt < wanted.size() &&
-               matchesCharacter(wanted[wantedAt], text[at], ignoreCase)) {
-      // The segments before this one have matched for good.
-      if (isSeparator(text[at])) behindStar = kNone;
-      ++wantedAt;
-      ++at;
-    } else if (behindStar != kNone && !isSeparator(text[starEnd])) {
-      starEnd = endOfCharacter(text, starEnd);
-      at = starEnd;
-      wantedAt = behindStar;
-    } else {
-      return false;
+    if (wantedAt < wanted.size()) {
+      if (wanted[wantedAt] == '*') {
+        behindStar = ++wantedAt;
+        starEnd = at;
+        continue;
+      }
+      const std::size_t next = endOfCharacter(text, at);
+      const std::size_t wantedNext = endOfCharacter(wanted, wantedAt);
+      const bool isAny = wanted[wantedAt] == '?' && !isSeparator(text[at]);
+      if (isAny || matchesCharacter(wanted.substr(wantedAt, wantedNext - wantedAt),
+                                    text.substr(at, next - at), ignoreCase)) {
+        // A separator settles the segments before it for good.
+        if (isSeparator(text[at])) behindStar = kNone;
+        at = next;
+        wantedAt = wantedNext;
+        continue;
+      }
     }
+    if (behindStar == kNone || isSeparator(text[starEnd])) return false;
+    starEnd = endOfCharacter(text, starEnd);
+    at = starEnd;
+    wantedAt = behindStar;
   }
   while (wantedAt < wanted.size() && wanted[wantedAt] == '*') ++wantedAt;
   return wantedAt == wanted.size();

@@ -60,7 +60,7 @@ class KOVABASE_API Gk_ROString {
 
   /// Whether this path matches a pattern, segment by segment and as a whole. In a segment of the
   /// pattern '*' stands for any characters, also none, and '?' for exactly one (a UTF-8 sequence
-  /// counts as one character). Neither crosses a separator. '/' and '\' are the same separator on
+  /// is one character). Neither crosses a separator. '/' and '\' are the same separator on
   /// both sides; empty segments count, so "a//b" does not match "a/b".
   bool matchesPath(const char* pattern, bool ignoreCase = false) const noexcept;
 

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <system_error>
 
@@ -13,12 +14,18 @@ bool isDecimalDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool isWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+// Whether a decimal number can contain the character: a digit, sign, point or 'e'.
+bool isDecimalText(char c) {
+  constexpr auto bit = [](char one) { return std::uint64_t{1} << (one - '+'); };
+  constexpr std::uint64_t kSet =
+      bit('+') | bit('-') | bit('.') | (std::uint64_t{0x3FF} << ('0' - '+')) | bit('E') | bit('e');
+  const unsigned index = static_cast<unsigned char>(c) - static_cast<unsigned>('+');
+  return index < 64 && ((kSet >> index) & 1) != 0;
+}
+
 // Past the last character that a decimal number can contain; the text may go on for long.
 const char* endOfDecimalText(const char* text) {
-  while (isDecimalDigit(*text) || *text == '.' || *text == 'e' || *text == 'E' || *text == '+' ||
-         *text == '-') {
-    ++text;
-  }
+  while (isDecimalText(*text)) ++text;
   return text;
 }
 

@@ -2,7 +2,8 @@
 
 #include "kovabase/strings/KOVAString.h"
 #include "kovabase/strings/KOVAStringISO10646Writer.h"
-#include "kovabase/strings/internal/CharBuffer.h"
+
+#include <cstddef>
 
 KOVAStringISO1030321Writer::KOVAStringISO1030321Writer() = default;
 
@@ -11,16 +12,10 @@ KOVAStringISO1030321Writer::~KOVAStringISO1030321Writer() = default;
 KOVAResult KOVAStringISO1030321Writer::ConvertToASCII(const KOVAString& text, const char*& out) {
   out = nullptr;
   ReleaseUSAsciiString();
-  KOVAString encoded;
-  KOVAResult result = KOVAStringISO10646Writer(text).GetResult(encoded);
-  if (result.IsFailure()) return result;
-  const int size = encoded.getConvertToMBCSSize("US-ASCII");
-  if (size > 1) {
-    auto buffer = kova::internal::makeCharBuffer<char>(static_cast<std::size_t>(size));
-    result = encoded.convertToMBCS(buffer.get(), size, "US-ASCII", false, '_');
-    if (result.IsFailure()) return result;
-    _usAsciiString = buffer.release();
+  if (!text.isEmpty()) {
+    std::size_t length = 0;
+    _usAsciiString = KOVAStringISO10646Writer::GetEncodedAsciiString(text, length);
     out = _usAsciiString;
   }
-  return result;
+  return KOVAResultCode::kSuccess;
 }

@@ -12,7 +12,9 @@ class KOVABASE_API KOVAStringISO1030321Writer : public KOVAStringISO1030321Conve
   KOVAStringISO1030321Writer();
   ~KOVAStringISO1030321Writer() override;
 
-  /// @param out  receives the encoded text in US-ASCII, zero-terminated; null for an empty text and
-  ///   on failure. The writer's own, until it converts again, releases it or is destroyed.
+  /// @param out  receives the encoded text in US-ASCII, zero-terminated; null for an empty text.
+  /// The
+  ///   writer's own, until it converts again, releases it or is destroyed.
+  /// @return Success, always.
   KOVAResult ConvertToASCII(const KOVAString& text, const char*& out);
 };

@@ -1,11 +1,33 @@
 #include "kovabase/strings/KOVAStringISO10646Writer.h"
 
+#include "kovabase/strings/internal/CharBuffer.h"
+#include "kovabase/strings/internal/CodeUnits.h"
 #include "kovabase/strings/internal/StepEscapes.h"
 
-#include <algorithm>
-#include <iterator>
+#include <cstring>
+#include <limits>
 
 using namespace kova::internal;
+
+namespace {
+
+constexpr std::size_t kMarkers = 2 * kStepMarkerLength;
+
+// The bytes of the encoded text: four for each unit outside ASCII, and two markers for each run.
+std::size_t encodedLength(const unsigned short* units, std::size_t count) {
+  std::size_t wide = 0;
+  std::size_t runs = 0;
+  bool isBehindWide = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    const bool isWide = units[i] > 127;
+    wide += isWide ? 1 : 0;
+    runs += isWide && !isBehindWide ? 1 : 0;
+    isBehindWide = isWide;
+  }
+  return count - wide + wide * kStepQuadrupletLength + runs * kMarkers;
+}
+
+}  // namespace
 
 KOVAStringISO10646Writer::KOVAStringISO10646Writer(const KOVAString& text) : _text(text) {}
 
@@ -17,54 +39,41 @@ KOVAStringISO10646Writer& KOVAStringISO10646Writer::operator=(const KOVAStringIS
 KOVAStringISO10646Writer::~KOVAStringISO10646Writer() = default;
 
 KOVAResult KOVAStringISO10646Writer::GetResult(KOVAString& result) {
-  _encoded.clear();
-  int rest = 0;
-  int start = 0;
-  int end = 0;
-  while (GetFirstNonAsciiSubstring(rest, start, end)) {
-    _encoded.append(_text.getUnits() + rest, start - rest);
-    GetEncodedAsciiString(start, end, _encoded);
-    rest = end;
-  }
-  _encoded.append(_text.getUnits() + rest, _text.length() - rest);
+  std::size_t length = 0;
+  const CharBuffer<char> encoded(GetEncodedAsciiString(_text, length));
+  if (length > static_cast<std::size_t>(std::numeric_limits<int>::max())) throwAllocException();
+  _encoded = KOVAString::fromBytes(encoded.get(), static_cast<int>(length), "US-ASCII");
   result = _encoded;
   return KOVAResultCode::kSuccess;
 }
 
-bool KOVAStringISO10646Writer::GetFirstNonAsciiSubstring(int from, int& start,
-                                                         int& end) const noexcept {
-  const unsigned short* const units = _text.getUnits();
-  const unsigned short* const last = units + _text.length();
-  const unsigned short* const first = std::find_if_not(units + from, last, IsUSAscii);
-  start = static_cast<int>(first - units);
-  end = static_cast<int>(std::find_if(first, last, IsUSAscii) - units);
-  return start != end;
-}
-
-void KOVAStringISO10646Writer::GetEncodedAsciiString(int start, int end,
-                                                     KOVAString& encoded) const {
-  static constexpr unsigned short kBegin[] = {'\\', 'X', '2', '\\'};
-  static constexpr unsigned short kEnd[] = {'\\', 'X', '0', '\\'};
-  constexpr int kChunkUnits = 64;
-  unsigned short chunk[2 * kStepMarkerLength + kChunkUnits * kStepQuadrupletLength];
-  unsigned short* out = std::copy(std::begin(kBegin), std::end(kBegin), chunk);
-  const unsigned short* const units = _text.getUnits();
-  for (int i = start; i < end; ++i) {
-    if ((i - start) % kChunkUnits == 0 && i != start) {
-      encoded.append(chunk, static_cast<int>(out - chunk));
-      out = chunk;
+char* KOVAStringISO10646Writer::GetEncodedAsciiString(const KOVAString& text, std::size_t& length) {
+  const unsigned short* at = text.getUnits();
+  const unsigned short* const end = at + text.length();
+  length = encodedLength(at, static_cast<std::size_t>(text.length()));
+  CharBuffer<char> encoded = makeCharBuffer<char>(length + 1);
+  char* out = encoded.get();
+  while (at != end) {
+    const std::size_t plain = narrowASCII(at, static_cast<std::size_t>(end - at), out);
+    at += plain;
+    out += plain;
+    if (at == end) break;
+    std::memcpy(out, "\\X2\\", kStepMarkerLength);
+    out += kStepMarkerLength;
+    for (; at != end && !IsUSAscii(*at); ++at) {
+      GetQuadrupletAsciiString(*at, out);
+      out += kStepQuadrupletLength;
     }
-    GetQuadrupletAsciiString(units[i], out);
-    out += kStepQuadrupletLength;
+    std::memcpy(out, "\\X0\\", kStepMarkerLength);
+    out += kStepMarkerLength;
   }
-  out = std::copy(std::begin(kEnd), std::end(kEnd), out);
-  encoded.append(chunk, static_cast<int>(out - chunk));
+  *out = 0;
+  return encoded.release();
 }
 
 void KOVAStringISO10646Writer::GetQuadrupletAsciiString(unsigned short unit,
-                                                        unsigned short* digits) noexcept {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
+                                                        char* digits) noexcept {
   for (int i = 0; i < kStepQuadrupletLength; ++i) {
-    digits[i] = static_cast<unsigned short>(kDigits[(unit >> (12 - 4 * i)) & 0xF]);
+    digits[i] = "0123456789ABCDEF"[(unit >> (12 - 4 * i)) & 0xF];
   }
 }
