@@ -67,6 +67,7 @@
 #include "kovabase/geometry/KOVAAffine2D.h"
 #include "kovabase/geometry/KOVAAffine3D.h"
 #include "kovabase/geometry/KOVAAssemblyComponentTransform.h"
+#include "kovabase/geometry/KOVABox.h"
 #include "kovabase/geometry/KOVADirectionf.h"
 #include "kovabase/geometry/KOVAMath3x3Matrixf.h"
 #include "kovabase/geometry/KOVAMatrixOf.h"

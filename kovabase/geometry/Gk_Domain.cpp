@@ -131,14 +131,15 @@ double Gk_Domain::principalParam(double t) const {
   if (period == 0.0) return low;
 
   // Subtracting or adding the period in a loop would take as long as the parameter is far away, and
-  // for ever where the period is below its last place.
+  // for ever where the period is below its last place. The rest is below the period, which is the
+  // true length rounded, so that the rest is not above the true length and no end is passed.
   if (t > high) {
     const double rest = remainderOfDifference(t, high, period);
-    return rest == 0.0 ? high : std::fmin(low + rest, high);
+    return rest == 0.0 ? high : low + rest;
   }
   if (!Gk_Func::lesseq(low, t, Gk_Def::FuzzReal)) {
     const double rest = remainderOfDifference(low, t, period);
-    return rest <= Gk_Def::FuzzReal ? low : std::fmax(high - rest, low);
+    return rest <= Gk_Def::FuzzReal ? low : high - rest;
   }
   return std::fmax(t, low);
 }

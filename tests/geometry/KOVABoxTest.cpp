@@ -34,6 +34,8 @@ TEST(KOVABox, TheEmptyBoxHasNoSizeAndMeetsNothing) {
   EXPECT_FALSE(empty.Contains(KOVAPoint3D(), 1e300));
   EXPECT_FALSE(empty.Intersects(kBox, kInfinity));
   EXPECT_FALSE(kBox.Intersects(empty, kInfinity));
+  EXPECT_FALSE(empty.Intersects(KOVABox3D(KOVAPoint3D(-kInfinity, -kInfinity, -kInfinity),
+                                          KOVAPoint3D(kInfinity, kInfinity, kInfinity))));
   EXPECT_TRUE(kBox.Contains(empty));
   EXPECT_TRUE(empty.GetTransformed(KOVAMorph3D(2)).IsEmpty());
 
@@ -72,16 +74,16 @@ TEST(KOVABox, PassesOverCoordinatesThatAreNaN) {
   EXPECT_EQ(textOf(box), "(1, 2, 3) to (1, 2, 5)");
 }
 
-// Coordinates among which are zeros of both signs, infinities and NaNs.
+// Zeros of both signs, NaNs and infinities alone, or now and then among other coordinates.
 template <class T>
 std::vector<T> coordinates(std::mt19937& random, std::size_t count) {
-  const T odd[] = {T(0), T(-0.0), T(kInfinity), T(-kInfinity), T(kNaN)};
+  const T odd[] = {T(0), T(-0.0), T(kNaN), T(kInfinity), T(-kInfinity)};
   std::uniform_real_distribution<T> any(T(-1), T(1));
+  const auto oddKinds = 1 + random() % 5;
+  const bool isOdd = random() % 2 == 0;
   std::vector<T> values(count);
-  const auto oddKinds = random() % 6;
   for (T& value : values) {
-    const auto kind = random() % 8;
-    value = kind < oddKinds ? odd[kind % 5] : any(random);
+    value = isOdd || random() % 8 == 0 ? odd[random() % oddKinds] : any(random);
   }
   return values;
 }
