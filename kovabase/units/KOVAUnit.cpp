@@ -12,6 +12,8 @@ using kova::internal::LengthUnit;
 
 namespace {
 
+static_assert(kova::internal::kLengthUnitCount == KOVAUnitMicroinch + 1);
+
 constexpr double kMillimetresPerMetre = 1000.0;
 
 constexpr double kFineTolerance = 1e-10;

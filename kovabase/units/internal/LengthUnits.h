@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kovabase/units/KOVAUnit.h"
-
 /// The texts and lengths of the units of length.
 namespace kova::internal {
 
@@ -16,7 +14,7 @@ struct LengthUnit {
   double metres;
 };
 
-/// In the order of their numbers, from 0 on.
+/// In the order of the numbers of `KOVAUnit`, from 0 on.
 inline constexpr LengthUnit kLengthUnits[] = {
     {"UNKNOWN", "UNKNOWN", "Unknown", 0.0},
     {"MODELUNIT", "MODEL UNIT", "Model specific unit", 0.0},
@@ -33,16 +31,16 @@ inline constexpr LengthUnit kLengthUnits[] = {
     {"MILLIINCH", "MILLIINCH", "Milliinch", 2.54e-5},
     {"MICROINCH", "MICROINCH", "Microinch", 2.54e-8},
 };
-static_assert(sizeof(kLengthUnits) / sizeof(kLengthUnits[0]) == KOVAUnitMicroinch + 1);
+inline constexpr int kLengthUnitCount = sizeof(kLengthUnits) / sizeof(kLengthUnits[0]);
 
-/// Null out of range.
-inline const LengthUnit* findLengthUnit(KOVAUnit unit) {
-  return unit >= KOVAUnitUnknown && unit <= KOVAUnitMicroinch ? &kLengthUnits[unit] : nullptr;
+/// The unit of a `KOVAUnit`; null out of range.
+inline const LengthUnit* findLengthUnit(int number) {
+  return number >= 0 && number < kLengthUnitCount ? &kLengthUnits[number] : nullptr;
 }
 
 /// Null for a unit without a length.
-inline const LengthUnit* findMeasurableUnit(KOVAUnit unit) {
-  const LengthUnit* const found = findLengthUnit(unit);
+inline const LengthUnit* findMeasurableUnit(int number) {
+  const LengthUnit* const found = findLengthUnit(number);
   return found != nullptr && found->metres > 0.0 ? found : nullptr;
 }
 
