@@ -40,6 +40,10 @@ constinit thread_local Watch t_watch;
 
 const bool kova::test::kCanFailAllocations = false;
 
+// What is too large is refused with null instead of ending the program.
+extern "C" const char* __tsan_default_options();
+extern "C" const char* __tsan_default_options() { return "allocator_may_return_null=1"; }
+
 #else
 
 const bool kova::test::kCanFailAllocations = true;
