@@ -3,34 +3,36 @@
 #include "kovabase/units/KOVAUnitValue.h"
 
 #include <atomic>
-#include <optional>
+#include <cstdint>
 
 namespace {
 
-using SystemUnit = std::atomic<std::optional<KOVAUnit>>;
-static_assert(SystemUnit::is_always_lock_free);
+// A unit, or what no unit can be: one word, so that no thread sees half a change.
+using SystemUnit = std::atomic<std::int64_t>;
+constexpr std::int64_t kUnset = std::int64_t{1} << 32;
 
-constinit SystemUnit sendingUnit;
-constinit SystemUnit receivingUnit;
+constinit SystemUnit sendingUnit{kUnset};
+constinit SystemUnit receivingUnit{kUnset};
 
-KOVAResult set(SystemUnit& setting, std::optional<KOVAUnit> unit) {
-  setting.store(unit, std::memory_order_relaxed);
-  return KOVAResultCode::kSuccess;
+KOVAUnit get(const SystemUnit& setting, KOVAUnit whenUnset) {
+  const std::int64_t unit = setting.load(std::memory_order_relaxed);
+  return unit != kUnset ? static_cast<KOVAUnit>(unit) : whenUnset;
 }
 
-std::optional<KOVAUnit> pointedTo(const KOVAUnit* unit) {
-  return unit != nullptr ? std::optional<KOVAUnit>(*unit) : std::nullopt;
+KOVAResult set(SystemUnit& setting, std::int64_t unit) {
+  setting.store(unit, std::memory_order_relaxed);
+  return KOVAResultCode::kSuccess;
 }
 
 }  // namespace
 
 KOVAResult get_sending_system_unit(KOVAUnit& unit) {
-  unit = sendingUnit.load(std::memory_order_relaxed).value_or(KOVAUnitUnknown);
+  unit = get(sendingUnit, KOVAUnitUnknown);
   return KOVAResultCode::kSuccess;
 }
 
 KOVAResult get_receiving_system_unit(KOVAUnit& unit) {
-  unit = receivingUnit.load(std::memory_order_relaxed).value_or(KOVAUnitModel);
+  unit = get(receivingUnit, KOVAUnitModel);
   return KOVAResultCode::kSuccess;
 }
 
@@ -39,11 +41,11 @@ KOVAResult set_sending_system_unit(KOVAUnit unit) { return set(sendingUnit, unit
 KOVAResult set_receiving_system_unit(KOVAUnit unit) { return set(receivingUnit, unit); }
 
 KOVAResult set_sending_system_unit(const KOVAUnit* unit) {
-  return set(sendingUnit, pointedTo(unit));
+  return set(sendingUnit, unit != nullptr ? *unit : kUnset);
 }
 
 KOVAResult set_receiving_system_unit(const KOVAUnit* unit) {
-  return set(receivingUnit, pointedTo(unit));
+  return set(receivingUnit, unit != nullptr ? *unit : kUnset);
 }
 
 KOVAResult set_internal_unit(KOVAUnit sending, KOVAUnit receiving) {
@@ -55,6 +57,6 @@ KOVAResult set_internal_unit(bool useUnitValues) {
   if (useUnitValues) {
     return set_internal_unit(KOVAUnitValue::GetApplicationUnit(), KOVAUnitValue::GetWriteUnit());
   }
-  set(sendingUnit, std::nullopt);
-  return set(receivingUnit, std::nullopt);
+  set(sendingUnit, kUnset);
+  return set(receivingUnit, kUnset);
 }
