@@ -23,6 +23,7 @@ class KOVABASE_API KOVAReferenceHandle {
   /// Lets the old target go, which may delete it, and only then takes up the new one. A handle
   /// inside the old target is therefore no source: copy `head->next` before assigning it to
   /// `head`. Nothing happens when both have the same target.
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the targets are then equal
   KOVAReferenceHandle& operator=(const KOVAReferenceHandle& other) {
     if (_target != other._target) {
       KOVAReferenceCount* const target = other._target;

@@ -50,11 +50,9 @@ const char* KOVAResult::GetOKKOString(bool ok) noexcept { return ok ? "OK" : "KO
 KOVAResult& KOVAResult::operator&=(KOVAResult other) noexcept {
   const int next = other._code;
   if (IsCompleteSuccess()) {
-    if (isFailureCode(next) || next == kPartialSuccess || next == kNoTranslatableGeometry) {
-      _code = next;
-    } else if (next == kNoEntityToTranslate && _code != kNoTranslatableGeometry) {
-      _code = next;
-    }
+    const bool isWorse = next == kPartialSuccess || next == kNoTranslatableGeometry ||
+                         (next == kNoEntityToTranslate && _code != kNoTranslatableGeometry);
+    if (isWorse || isFailureCode(next)) _code = next;
   } else if (_code == kPartialSuccess) {
     if (isFailureCode(next)) _code = next;
   } else if (_code == kUndetermined) {

@@ -17,7 +17,7 @@ KOVAUseCountedHolder::KOVAUseCountedHolder(const KOVAUseCountedHolder& other) no
     : KOVAUseCountedHolder(other._impl) {}
 
 KOVAUseCountedHolder& KOVAUseCountedHolder::operator=(const KOVAUseCountedHolder& other) {
-  SetImpl(other._impl);
+  if (this != &other) SetImpl(other._impl);
   return *this;
 }
 
