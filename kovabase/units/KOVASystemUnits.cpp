@@ -41,11 +41,11 @@ KOVAResult set_sending_system_unit(KOVAUnit unit) { return set(sendingUnit, unit
 KOVAResult set_receiving_system_unit(KOVAUnit unit) { return set(receivingUnit, unit); }
 
 KOVAResult set_sending_system_unit(const KOVAUnit* unit) {
-  return set(sendingUnit, unit != nullptr ? *unit : kUnset);
+  return unit != nullptr ? set(sendingUnit, *unit) : set(sendingUnit, kUnset);
 }
 
 KOVAResult set_receiving_system_unit(const KOVAUnit* unit) {
-  return set(receivingUnit, unit != nullptr ? *unit : kUnset);
+  return unit != nullptr ? set(receivingUnit, *unit) : set(receivingUnit, kUnset);
 }
 
 KOVAResult set_internal_unit(KOVAUnit sending, KOVAUnit receiving) {
