@@ -1,7 +1,9 @@
+#include "kovabase/foundation/KOVAAllocException.h"
 #include "kovabase/strings/Gk_Marker.h"
 #include "kovabase/strings/Gk_String.h"
 #include "kovabase/strings/Gk_StringParser.h"
 #include "kovabase/strings/KOVAString.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -149,6 +151,18 @@ TEST(Gk_StringParser, TakesWholeTextsOnly) {
       EXPECT_EQ(parser.getReal(), real.value_or(0.0)) << text;
     }
   }
+}
+
+TEST(Gk_RWString, KeepsItsTextWithoutMemory) {
+  EXPECT_TRUE(kova::test::survivesFailingAllocations([] {
+    Gk_String text("abc");
+    try {
+      text.append(text).append("a text that is longer").insert(0, text.getText());
+    } catch (const KOVAAllocException&) {
+      return text.startsWith("abc");
+    }
+    return (text + text).length() == 2 * text.length();
+  }));
 }
 
 }  // namespace

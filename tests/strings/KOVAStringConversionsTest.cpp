@@ -3,6 +3,7 @@
 #include "kovabase/strings/KOVAStringCharUtil.h"
 #include "kovabase/strings/KOVAStringConversions.h"
 #include "kovabase/strings/KOVAStringTokenizer.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <clocale>
 #include <cmath>
@@ -273,6 +274,25 @@ TEST(KOVAStringTokenizer, KeepsEmptyTokens) {
     EXPECT_EQ(tokenizer.GetToken(static_cast<int>(tokens.size()), token), KOVAResultCode::kFailure);
     EXPECT_EQ(narrow(token), "before");
   }
+}
+
+TEST(KOVAStringConversions, SurviveAShortageOfMemory) {
+  const std::string digits = std::string(300, '0') + "7,\u00E9";
+  const KOVAString text(digits.c_str(), "UTF-8");
+  EXPECT_TRUE(kova::test::survivesFailingAllocations([&text] {
+    int value = 7;
+    char* chars = nullptr;
+    unsigned short* wide = nullptr;
+    const bool isRead = KOVAStringToInteger(text, value).IsSuccess() || value == 7;
+    const bool isCopied = KOVAStringToChars(text, chars).IsSuccess() == (chars != nullptr);
+    KOVAReleaseChars(chars);
+    KOVAStringToWideChars(text, wide);
+    KOVAReleaseWideChars(wide);
+    const KOVAStringUnicodeWCharUtil util(text);
+    KOVAStringReplaceNonASCIICharsWith(text, '_');
+    KOVAStringTokenizer(text, ',').GetTokenCount();
+    return isRead && isCopied;
+  }));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "kovabase/strings/KOVAStringISO10646Reader.h"
 #include "kovabase/strings/KOVAStringISO10646Writer.h"
 #include "kovabase/strings/KOVAStringISO8859Reader.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -169,6 +170,21 @@ TEST(KOVAStringISO1030321Writer, EncodesRunsOutsideASCII) {
   const char* encoded = "before";
   EXPECT_EQ(writer.ConvertToASCII(KOVAString(), encoded), kSuccess);
   EXPECT_EQ(encoded, nullptr);
+}
+
+TEST(KOVAStringISO1030321Reader, SurvivesAShortageOfMemory) {
+  const std::string longText = std::string(600, 'x') + "\\X2\\00E9\\X0\\\\S\\\u00E9";
+  EXPECT_TRUE(kova::test::survivesFailingAllocations([&longText] {
+    KOVAStringISO1030321Reader reader;
+    KOVAString decoded("before", "US-ASCII");
+    const KOVAResult result = reader.ConvertFromASCII(longText.c_str(), decoded);
+    KOVAStringISO1030321Writer writer;
+    const char* encoded = nullptr;
+    writer.ConvertToASCII(decoded, encoded);
+    KOVAString again;
+    KOVAStringISO10646Writer(decoded).GetResult(again);
+    return (result == kSuccess || result == kFailure) && encoded != nullptr && !again.isEmpty();
+  }));
 }
 
 }  // namespace
