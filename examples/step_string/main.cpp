@@ -36,6 +36,8 @@ int main(int count, char** arguments) {
   }
 
   std::printf("UTF-8: %s\n%s:", convert(text, "UTF-8").c_str(), codepage);
-  for (const unsigned char byte : convert(text, codepage)) std::printf(" %02X", byte);
+  for (const char byte : convert(text, codepage)) {
+    std::printf(" %02X", static_cast<unsigned char>(byte));
+  }
   std::printf("\n");
 }
