@@ -1,27 +1,28 @@
 #include "kovabase/io/KOVAOutputStream.h"
 
-#include "kovabase/foundation/KOVAAllocException.h"
 #include "kovabase/strings/KOVAString.h"
+#include "kovabase/strings/internal/CodeUnits.h"
 
-#include <memory>
-#include <new>
+#include <algorithm>
 
 KOVAOutputStream::~KOVAOutputStream() = default;
 
 KOVAResult KOVAOutputStream::Write(const KOVAString& text) {
-  char small[768];
-  const int size = text.getConvertToUTF8Size();
-  const std::size_t count = static_cast<std::size_t>(size) - 1;
-  std::unique_ptr<char[]> large;
-  char* bytes = small;
-  if (count >= sizeof small) {
-    large.reset(new (std::nothrow) char[count + 1]);
-    if (large == nullptr) throw KOVAAllocException();
-    bytes = large.get();
+  constexpr std::size_t kMostUnits = 256;
+  constexpr std::size_t kBytesOfUnit = 3;
+  char bytes[kMostUnits * kBytesOfUnit];
+  const unsigned short* units = text.getUnits();
+  const unsigned short* const end = units + text.length();
+  KOVAResult result = GetResult();
+  while (units != end && result.IsSuccess()) {
+    std::size_t count = std::min(kMostUnits, static_cast<std::size_t>(end - units));
+    // A pair of surrogates is one character and stays together.
+    if (count == kMostUnits && kova::internal::isLeadSurrogate(units[count - 1])) --count;
+    const char* stop = kova::internal::encodeUTF8(units, count, bytes);
+    result = Write(bytes, static_cast<std::size_t>(stop - bytes));
+    units += count;
   }
-  const KOVAResult converted = text.convertToUTF8(bytes, size);
-  if (converted.IsFailure()) return Fail(converted);
-  return Write(bytes, count);
+  return result;
 }
 
 KOVAResult KOVAOutputStream::WriteThrough(const void* bytes, std::size_t count) {

@@ -15,7 +15,7 @@ TEST(MeshBuilder, MergesWhatCoincidesInOrderOfAppearance) {
   std::uniform_int_distribution<int> coordinate(-20, 20);
   const auto draw = [&] { return coordinate(random) * 0.1; };
 
-  MeshBuilder builder;
+  MeshBuilder builder(false);
   std::map<std::array<double, 3>, std::uint32_t> known;
   std::vector<Triangle> expected;
   std::uint64_t degenerates = 0;
@@ -34,7 +34,7 @@ TEST(MeshBuilder, MergesWhatCoincidesInOrderOfAppearance) {
     ASSERT_TRUE(builder.AddTriangle(corners));
   }
 
-  const Mesh& mesh = builder.GetMesh();
+  const Mesh& mesh = builder.Finish();
   ASSERT_EQ(mesh.vertices.size(), static_cast<int>(known.size()));
   EXPECT_EQ(builder.GetDegenerateCount(), degenerates);
   EXPECT_GT(degenerates, 0U);

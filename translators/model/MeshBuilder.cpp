@@ -18,30 +18,47 @@ std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
 
 }  // namespace
 
-MeshBuilder::MeshBuilder()
+MeshBuilder::MeshBuilder(bool isSinglePrecision)
     : _seed(GetProcessSeed()),
       _table(kFirstSlots),
       _mask(kFirstSlots - 1),
-      _mostVertices(kFirstSlots / 8 * 5) {}
+      _mostVertices(kFirstSlots / 8 * 5) {
+  _mesh.isSinglePrecision = isSinglePrecision;
+}
 
 void MeshBuilder::Reserve(int triangles) { _mesh.triangles.reserve(triangles); }
 
 bool MeshBuilder::AddTriangle(const Point (&corners)[3]) {
-  if (_mesh.triangles.size() >= kMostElements || _mesh.vertices.size() > kMostElements - 3) {
+  if (_waitingCount == kWaitingTriangles) AddWaiting();
+  constexpr int kMargin = 3 * (kWaitingTriangles + 1);
+  if (_mesh.triangles.size() > kMostElements - kMargin ||
+      _mesh.vertices.size() > kMostElements - kMargin) {
     return false;
   }
-  Triangle triangle;
+  Corner* waiting = _waiting[_waitingCount++];
   for (int i = 0; i < 3; ++i) {
-    const Point& corner = corners[i];
     // Adding zero turns negative zero into zero and leaves all else.
-    triangle.corners[i] = FindVertex({corner.x + 0.0, corner.y + 0.0, corner.z + 0.0});
+    const Point point{corners[i].x + 0.0, corners[i].y + 0.0, corners[i].z + 0.0};
+    waiting[i] = {point, GetHash(point)};
+    __builtin_prefetch(&_table[waiting[i].hash & _mask]);
   }
-  if (triangle.corners[0] == triangle.corners[1] || triangle.corners[1] == triangle.corners[2] ||
-      triangle.corners[2] == triangle.corners[0]) {
-    ++_degenerates;
-  }
-  _mesh.triangles.add(triangle);
   return true;
+}
+
+Mesh& MeshBuilder::Finish() {
+  AddWaiting();
+  return _mesh;
+}
+
+void MeshBuilder::AddWaiting() {
+  for (int i = 0; i < _waitingCount; ++i) {
+    Triangle triangle;
+    for (int k = 0; k < 3; ++k) triangle.corners[k] = FindVertex(_waiting[i][k]);
+    const auto& [a, b, c] = triangle.corners;
+    if (a == b || b == c || c == a) ++_degenerates;
+    _mesh.triangles.add(triangle);
+  }
+  _waitingCount = 0;
 }
 
 // Nobody can prepare a file whose vertices all fall into one place: the seed differs from process
@@ -64,8 +81,8 @@ std::uint32_t MeshBuilder::GetHash(const Point& point) const {
   return static_cast<std::uint32_t>(mix(plane ^ _seed.words[2], z ^ _seed.words[1]) >> 32);
 }
 
-std::uint32_t MeshBuilder::FindVertex(const Point& point) {
-  const std::uint32_t hash = GetHash(point);
+std::uint32_t MeshBuilder::FindVertex(const Corner& corner) {
+  const auto& [point, hash] = corner;
   const Point* vertices = _mesh.vertices.getArray();
   std::size_t position = hash & _mask;
   for (; _table[position].vertex != 0; position = (position + 1) & _mask) {

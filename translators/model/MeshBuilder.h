@@ -16,20 +16,21 @@ class MeshBuilder {
   /// The most triangles, and the most vertices, of one mesh.
   static constexpr int kMostElements = 0x7FFFFFFF;
 
-  MeshBuilder();
+  /// @param isSinglePrecision  as in Mesh.
+  explicit MeshBuilder(bool isSinglePrecision);
 
   /// Makes room for this many triangles.
   void Reserve(int triangles);
 
   /// The coordinates must be finite; negative zero becomes zero.
-  /// @return false, with the mesh as it was, when it would grow beyond `kMostElements`.
+  /// @return false, with the mesh as it was, when it might grow beyond `kMostElements`.
   bool AddTriangle(const Point (&corners)[3]);
 
-  /// Triangles of which two corners are the same vertex.
-  std::uint64_t GetDegenerateCount() const { return _degenerates; }
+  /// The mesh of all triangles that were added; the builder is of no more use then.
+  Mesh& Finish();
 
-  /// The mesh so far; it may be changed.
-  Mesh& GetMesh() { return _mesh; }
+  /// Triangles of which two corners are the same vertex, known after `Finish`.
+  std::uint64_t GetDegenerateCount() const { return _degenerates; }
 
  private:
   /// Half of the hash, and the vertex number plus 1; 0 is a free slot.
@@ -38,13 +39,22 @@ class MeshBuilder {
     std::uint32_t vertex;
   };
 
+  /// A corner that waits while the memory fetches its slot of the table. In large meshes this
+  /// wait, one corner after the other, would be most of the time.
+  struct Corner {
+    Point point;
+    std::uint32_t hash;
+  };
+  static constexpr int kWaitingTriangles = 32;
+
   struct Seed {
     std::uint64_t words[3];
   };
 
   static const Seed& GetProcessSeed();
   std::uint32_t GetHash(const Point& point) const;
-  std::uint32_t FindVertex(const Point& point);
+  void AddWaiting();
+  std::uint32_t FindVertex(const Corner& corner);
   void GrowTable();
 
   const Seed _seed;
@@ -53,6 +63,8 @@ class MeshBuilder {
   std::vector<Slot> _table;
   std::size_t _mask;
   std::size_t _mostVertices;
+  Corner _waiting[kWaitingTriangles][3];
+  int _waitingCount = 0;
   std::uint64_t _degenerates = 0;
 };
 

@@ -100,18 +100,19 @@ KOVAResult Parser::Run() {
 
 KOVAResult Parser::ReadSolid() {
   const KOVAString name = decodeName(RestOfLine());
-  MeshBuilder builder;
+  MeshBuilder builder(false);
   for (NextWord(); !isKeyword(_word, "endsolid"); NextWord()) {
     if (!isKeyword(_word, "facet")) return FailExpecting("'facet' or 'endsolid'");
     const KOVAResult result = ReadFacet(builder);
     if (result.IsFailure()) return result;
   }
   RestOfLine();
+  const Mesh& mesh = builder.Finish();
   _degenerates += builder.GetDegenerateCount();
-  if (builder.GetMesh().triangles.size() == 0) {
+  if (mesh.triangles.size() == 0) {
     ++_emptySolids;
   } else {
-    _model.parts.add({name, builder.GetMesh()});
+    _model.parts.add({name, mesh});
   }
   return KOVAResultCode::kSuccess;
 }

@@ -86,8 +86,7 @@ KOVAResult read(ByteWindow& window, Model& model, Report& report) {
   }
   if (triangles == 0) return KOVAResultCode::kSuccess;
 
-  MeshBuilder builder;
-  builder.GetMesh().isSinglePrecision = true;
+  MeshBuilder builder(true);
   if (known >= 0) builder.Reserve(static_cast<int>(triangles));
   for (std::uint32_t triangle = 0; triangle < triangles; ++triangle) {
     if (!window.Require(kTriangleBytes)) {
@@ -113,11 +112,12 @@ KOVAResult read(ByteWindow& window, Model& model, Report& report) {
   } else if (known < 0 && window.Require(1)) {
     report.Warn(Place::Byte(promised), "the bytes after the last triangle are not used");
   }
+  const Mesh& mesh = builder.Finish();
   if (builder.GetDegenerateCount() != 0) {
     report.Warn({}, "triangles with coinciding corners, kept as they are: %llu",
                 static_cast<unsigned long long>(builder.GetDegenerateCount()));
   }
-  model.parts.add({KOVAString(), builder.GetMesh()});
+  model.parts.add({KOVAString(), mesh});
   return KOVAResultCode::kSuccess;
 }
 

@@ -1,0 +1,3 @@
+#include "kovabase/io/KOVABuffer.h"
+
+KOVABuffer::~KOVABuffer() = default;

@@ -1,0 +1,267 @@
+#include "kovabase/io/KOVADefaultBinaryBuffer.h"
+
+#include "kovabase/foundation/internal/Heap.h"
+#include "kovabase/strings/KOVAString.h"
+
+#include <algorithm>
+#include <bit>
+#include <climits>
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+
+using namespace KOVAResultCode;
+
+namespace {
+
+template <class T>
+using Word = std::conditional_t<
+    sizeof(T) == 2, std::uint16_t,
+    std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
+
+std::uint16_t swapped(std::uint16_t word) { return __builtin_bswap16(word); }
+std::uint32_t swapped(std::uint32_t word) { return __builtin_bswap32(word); }
+std::uint64_t swapped(std::uint64_t word) { return __builtin_bswap64(word); }
+
+// Whether stored values have to be turned round to become this machine's, and back.
+bool isForeign(KOVAEndianMode mode) {
+  const bool isStoredBig = mode == 0;
+  return isStoredBig != (std::endian::native == std::endian::big);
+}
+
+template <class T>
+void swapAll(T* values, int count) {
+  for (int i = 0; i < count; ++i) {
+    values[i] = std::bit_cast<T>(swapped(std::bit_cast<Word<T>>(values[i])));
+  }
+}
+
+// Bytes on the heap of the library's own objects.
+class Bytes {
+ public:
+  explicit Bytes(int count)
+      : _bytes(static_cast<char*>(kova::internal::allocate(static_cast<std::size_t>(count)))) {}
+  Bytes(const Bytes&) = delete;
+  Bytes& operator=(const Bytes&) = delete;
+  ~Bytes() { kova::internal::release(_bytes); }
+
+  char* get() const { return _bytes; }
+
+ private:
+  char* _bytes;
+};
+
+}  // namespace
+
+KOVADefaultBinaryBuffer::~KOVADefaultBinaryBuffer() = default;
+
+template <class T>
+KOVAResult KOVADefaultBinaryBuffer::ReadValue(T& value) {
+  Word<T> word;
+  const KOVAResult result = ReadBytes(&word, sizeof word);
+  if (result.IsSuccess()) {
+    value = std::bit_cast<T>(isForeign(_endianMode) ? swapped(word) : word);
+  }
+  return result;
+}
+
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(int&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned int&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(short&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned short&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(long long&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned long long&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(float&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValue(double&);
+
+template <class T>
+KOVAResult KOVADefaultBinaryBuffer::WriteValue(T value) {
+  const auto word = std::bit_cast<Word<T>>(value);
+  const Word<T> stored = isForeign(_endianMode) ? swapped(word) : word;
+  return WriteBytes(&stored, sizeof stored);
+}
+
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(int);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(unsigned int);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(short);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(unsigned short);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(long long);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(unsigned long long);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(float);
+template KOVAResult KOVADefaultBinaryBuffer::WriteValue(double);
+
+KOVAResult KOVADefaultBinaryBuffer::ReadULngInt(unsigned long& value) {
+  unsigned int word = 0;
+  const KOVAResult result = ReadValue(word);
+  if (result.IsSuccess()) value = word;
+  return result;
+}
+
+template <class T>
+KOVAResult KOVADefaultBinaryBuffer::ReadArray(T* values, int count) {
+  if (values == nullptr || count < 0) return kFailure;
+  const long begin = GetOffset();
+  const bool isTurned = isForeign(_endianMode);
+  // A count of bytes may exceed an int; a piece of whole values never does, and stays in the cache
+  // between its copy and its turning round.
+  constexpr int kPiece = 4096;
+  KOVAResult result = kSuccess;
+  for (int done = 0; done < count && result.IsSuccess(); done += kPiece) {
+    const int piece = std::min(count - done, kPiece);
+    try {
+      result = ReadBytes(values + done, piece * static_cast<int>(sizeof(T)));
+    } catch (...) {
+      SetOffset(begin);
+      throw;
+    }
+    if (result.IsSuccess() && isTurned) swapAll(values + done, piece);
+  }
+  if (result.IsFailure()) SetOffset(begin);
+  return result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadInts(int* values, int count) {
+  return ReadArray(values, count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadFloats(float* values, int count) {
+  return ReadArray(values, count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadDoubles(double* values, int count) {
+  return ReadArray(values, count);
+}
+
+template <class T>
+KOVAResult KOVADefaultBinaryBuffer::WriteArray(const T* values, int count) {
+  if (values == nullptr || count < 0) return kFailure;
+  const bool isTurned = isForeign(_endianMode);
+  constexpr int kPiece = 512;
+  T stored[kPiece];
+  for (int done = 0; done < count; done += kPiece) {
+    const int piece = std::min(count - done, kPiece);
+    std::copy_n(values + done, piece, stored);
+    if (isTurned) swapAll(stored, piece);
+    const KOVAResult result = WriteBytes(stored, piece * static_cast<int>(sizeof(T)));
+    if (result.IsFailure()) return result;
+  }
+  return kSuccess;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteInts(const int* values, int count) {
+  return WriteArray(values, count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteFloats(const float* values, int count) {
+  return WriteArray(values, count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteDoubles(const double* values, int count) {
+  return WriteArray(values, count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadText(int bytes, const char* codepage, KOVAString& text) {
+  if (bytes < 0) return kFailure;
+  // What is promised and not there must not cost memory: the read of the last byte says so.
+  if (bytes > GetSize() - GetOffset()) {
+    unsigned char last;
+    const long begin = GetOffset();
+    if (begin < GetSize()) return kInvalidFile;
+    return ReadBytes(&last, 1);
+  }
+  const Bytes content(bytes);
+  const KOVAResult result = ReadBytes(content.get(), bytes);
+  if (result.IsFailure()) return result;
+  const void* const zero = std::memchr(content.get(), 0, static_cast<std::size_t>(bytes));
+  if (zero != nullptr) bytes = static_cast<int>(static_cast<const char*>(zero) - content.get());
+  text = KOVAString::fromBytes(content.get(), bytes, codepage);
+  return result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadAsciiString(int bytes, KOVAString& text) {
+  return ReadText(bytes, "US-ASCII", text);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadUTF8String(int bytes, KOVAString& text) {
+  return ReadText(bytes, "UTF-8", text);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadLngString(KOVAString& text) {
+  const long begin = GetOffset();
+  int bytes = 0;
+  KOVAResult result = ReadInt(bytes);
+  if (result.IsFailure()) return result;
+  if (bytes < 0 || bytes > GetSize() - GetOffset()) {
+    result = kInvalidFile;
+  } else {
+    result = ReadText(bytes, "US-ASCII", text);
+  }
+  if (result.IsFailure()) SetOffset(begin);
+  return result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::ReadWString(int units, KOVAString& text) {
+  if (units < 0) return kFailure;
+  if (units > (GetSize() - GetOffset()) / 2) {
+    if (GetOffset() < GetSize()) return kInvalidFile;
+    unsigned char last;
+    return ReadBytes(&last, 1);
+  }
+  if (units > INT_MAX / 2) return kFailure;
+  const Bytes content(2 * units);
+  auto* const stored = reinterpret_cast<unsigned short*>(content.get());
+  const KOVAResult result = ReadBytes(stored, 2 * units);
+  if (result.IsFailure()) return result;
+  if (isForeign(_endianMode)) swapAll(stored, units);
+  text = KOVAString::fromUnits(stored, units);
+  return result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::GetBufferBasedOnEndianNess(int count,
+                                                               unsigned char* destination) {
+  if (destination == nullptr || count < 0) return kFailure;
+  const KOVAResult result = ReadBytes(destination, count);
+  if (result.IsSuccess() && _endianMode == 0) MirrorBuffer(count, destination);
+  return result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::SetBufferBasedOnEndianNess(int count,
+                                                               const unsigned char* source) {
+  if (source == nullptr || count < 0) return kFailure;
+  if (_endianMode != 0) return WriteBytes(source, count);
+  const Bytes mirrored(count);
+  std::reverse_copy(source, source + count, reinterpret_cast<unsigned char*>(mirrored.get()));
+  return WriteBytes(mirrored.get(), count);
+}
+
+void KOVADefaultBinaryBuffer::MirrorBuffer(int count, unsigned char* bytes) noexcept {
+  if (bytes != nullptr && count > 1) std::reverse(bytes, bytes + count);
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteText(const KOVAString& text, const char* codepage) {
+  const int bytes = text.getConvertToMBCSSize(codepage);
+  if (bytes < 1) return kUnexpectedError;
+  const Bytes content(bytes);
+  const KOVAResult result = text.convertToMBCS(content.get(), bytes, codepage, true, '_');
+  if (result.IsFailure()) return result;
+  return WriteBytes(content.get(), static_cast<int>(std::strlen(content.get())));
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteAsciiString(const KOVAString& text) {
+  return WriteText(text, "US-ASCII");
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteUTF8String(const KOVAString& text) {
+  return WriteText(text, "UTF-8");
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteLngString(const KOVAString& text) {
+  const int bytes = text.getConvertToMBCSSize("US-ASCII");
+  if (bytes < 1) return kUnexpectedError;
+  const KOVAResult result = WriteInt(bytes - 1);
+  return result.IsSuccess() ? WriteText(text, "US-ASCII") : result;
+}
+
+KOVAResult KOVADefaultBinaryBuffer::WriteWString(const KOVAString& text) {
+  return WriteArray(text.getUnits(), text.length());
+}
