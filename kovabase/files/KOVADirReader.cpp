@@ -8,7 +8,9 @@
 #include <vector>
 
 KOVADirReader::KOVADirReader(const KOVAFilePath& directory)
-    : _directory(directory), _entries(new kova::platform::DirectoryEntries) {}
+    : _directory(directory), _entries(new (std::nothrow) kova::platform::DirectoryEntries) {
+  if (_entries == nullptr) throw KOVAAllocException();
+}
 
 KOVADirReader::~KOVADirReader() = default;
 

@@ -19,6 +19,8 @@ class KOVABASE_API KOVAFile : public KOVAReferenceCount {
   const KOVAFilePath& GetPath() const noexcept { return _path; }
 
   bool DoesExist() const { return _path.DoesFileExist(); }
+  /// Whether there is a file that is no directory, pipe, socket or device. Nobody waits.
+  bool IsRegular() const;
   /// @return a stream that the caller closes, or null; see KOVAFilePath::OpenFile.
   std::FILE* OpenStream(const char* mode) const { return _path.OpenFile(mode); }
   /// The whole size, unlike KOVAFilePath::GetFileSize.

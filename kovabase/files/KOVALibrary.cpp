@@ -13,7 +13,6 @@
 #include "kovabase/strings/KOVAStringCharUtil.h"
 
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <string>
@@ -32,9 +31,11 @@ constexpr bool kTracesLibraries = false;
 constexpr bool kTracesLibraries = true;
 #endif
 
-std::string toAscii(const KOVAString& text) {
+std::string toAscii(const KOVAString& text) try {
   const KOVAStringAsciiCharUtil ascii(text, true, '_');
   return ascii.GetBuffer() != nullptr ? ascii.GetBuffer() : "";
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 KOVAString fromNative(const std::string& text) { return KOVAString(text.c_str(), "UTF-8"); }
@@ -85,14 +86,14 @@ struct KOVALibrary::LoadAttempt {
 KOVALibrary::KOVALibrary(const KOVAString& name, const KOVAString& initFunctionName,
                          const KOVAString& finalizeFunctionName)
     : _initFunctionName(initFunctionName), _finalizeFunctionName(finalizeFunctionName) {
-  const KOVAStringAsciiCharUtil ascii(name, true, '_');
-  const char* const fullName = ascii.GetBuffer() != nullptr ? ascii.GetBuffer() : "";
-  std::snprintf(_name, sizeof _name, "%s", fullName);
+  const std::string fullName = toAscii(name);
+  std::snprintf(_name, sizeof _name, "%s", fullName.c_str());
   if (kova::internal::isLibraryPath(name)) _fullPath = name;
-  if (kTracesLibraries && std::strlen(fullName) >= sizeof _name) {
-    KOVADebug::Printf("%s library name is too long and was truncated to %s.\n", fullName, _name);
+  if (kTracesLibraries && fullName.size() >= sizeof _name) {
+    KOVADebug::Printf("%s library name is too long and was truncated to %s.\n", fullName.c_str(),
+                      _name);
     // It is loaded under the cut name all the same; the text is kept.
-    KOVADebug::Printf("%s library will not be loaded.\n", fullName);
+    KOVADebug::Printf("%s library will not be loaded.\n", fullName.c_str());
   }
 }
 

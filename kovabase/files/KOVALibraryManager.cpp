@@ -27,9 +27,11 @@ struct Libraries {
   unsigned lastNumber = 0;
 };
 
-Libraries& libraries() {
+Libraries& libraries() try {
   static Libraries* const all = new Libraries;
   return *all;
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 }  // namespace
@@ -44,7 +46,9 @@ KOVAResult KOVALibraryManager::CreateLibrary(const KOVAString& name,
     library = found->second.library;
     return KOVAResultCode::kSuccess;
   }
-  const KOVALibraryHandle created(new KOVALibrary(name, initFunctionName, finalizeFunctionName));
+  const KOVALibraryHandle created(new (std::nothrow)
+                                      KOVALibrary(name, initFunctionName, finalizeFunctionName));
+  if (!created.IsValid()) throw KOVAAllocException();
   KOVAResult result = KOVAResultCode::kSuccess;
   result &= AddLibrary(name, created);
   library = created;

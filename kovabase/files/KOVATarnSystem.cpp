@@ -1,8 +1,10 @@
 #include "kovabase/files/KOVATarnSystem.h"
 
 #include "kovabase/concurrency/KOVAMutex.h"
+#include "kovabase/foundation/KOVAAllocException.h"
 
 #include <clocale>
+#include <new>
 #include <string>
 
 namespace {
@@ -14,14 +16,18 @@ struct RememberedLocale {
   std::string all;
 };
 
-RememberedLocale& remembered() {
+RememberedLocale& remembered() try {
   static RememberedLocale* const locale = new RememberedLocale;
   return *locale;
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
-std::string currentLocale(int category) {
+std::string currentLocale(int category) try {
   const char* const name = std::setlocale(category, nullptr);
   return name != nullptr ? name : "";
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 void refresh(int category, std::string RememberedLocale::*name) {

@@ -19,9 +19,11 @@ KOVAEnvironment::KOVAEnvironment() {
   for (const std::string& entry : kova::platform::environmentBlock()) AddEntry(entry.c_str());
 }
 
-KOVAEnvironment& KOVAEnvironment::GetEnv() {
+KOVAEnvironment& KOVAEnvironment::GetEnv() try {
   static KOVAEnvironment* const environment = new KOVAEnvironment;
   return *environment;
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 KOVAResult KOVAEnvironment::GetVariable(const KOVAString& name, KOVAString& value) try {

@@ -1,5 +1,19 @@
 #include "kovabase/options/KOVAProperties.h"
 
+#include "kovabase/foundation/KOVAAllocException.h"
+
+#include <new>
+
+namespace {
+
+KOVAPropertyHandle makeProperty(const KOVAString& name, const KOVAString& value) {
+  KOVAProperty* const property = new (std::nothrow) KOVAProperty(name, value);
+  if (property == nullptr) throw KOVAAllocException();
+  return KOVAPropertyHandle(property);
+}
+
+}  // namespace
+
 KOVAProperty::KOVAProperty(const KOVAString& name, const KOVAString& value)
     : _name(name), _value(value) {}
 
@@ -34,7 +48,9 @@ int KOVAPropertyContainer::indexOf(const KOVAString& name) const {
   return -1;
 }
 
-KOVAProperties::KOVAProperties() : _container(new KOVAPropertyContainer) {}
+KOVAProperties::KOVAProperties() : _container(new (std::nothrow) KOVAPropertyContainer) {
+  if (!_container.IsValid()) throw KOVAAllocException();
+}
 
 KOVAProperties::~KOVAProperties() = default;
 
@@ -43,13 +59,13 @@ KOVAResult KOVAProperties::AddEntry(const KOVAString& entry) {
   const int mark = entry.indexOf(static_cast<unsigned short>('='), 1);
   const KOVAString name = mark < 0 ? entry : entry.substring(0, mark);
   const KOVAString value = mark < 0 ? KOVAString() : entry.substring(mark + 1);
-  return _container->AddProperty(new KOVAProperty(name, value));
+  return _container->AddProperty(makeProperty(name, value));
 }
 
 KOVAResult KOVAProperties::SetProperty(const KOVAString& name, const KOVAString& value) {
   if (name.isEmpty()) return KOVAResultCode::kInvalidArgument;
   KOVAPropertyHandle property = _container->FindProperty(name);
-  if (!property.IsValid()) return _container->AddProperty(new KOVAProperty(name, value));
+  if (!property.IsValid()) return _container->AddProperty(makeProperty(name, value));
   property->SetPropertyValue(value);
   return KOVAResultCode::kSuccess;
 }

@@ -13,6 +13,8 @@ namespace kova::platform {
 
 struct FileStatus {
   bool isDirectory;
+  /// Neither a directory nor a pipe, socket or device.
+  bool isRegular;
   std::uint64_t bytes;
   /// Seconds since 1970-01-01 UTC. Where the file system does not know when a file was created,
   /// this is the time of its last change of status.
@@ -58,7 +60,7 @@ bool removeEmptyDirectory(const char* path) noexcept;
 /// never followed. When the path itself is a link to a directory, the link alone is removed.
 void removeTree(const char* path);
 
-/// @return false when the directory is gone or cannot be asked for.
+/// @return false when the directory is gone, cannot be asked for or is too long.
 bool currentDirectory(std::string& path);
 
 enum class Access { kRead, kWrite, kReadAndWrite };

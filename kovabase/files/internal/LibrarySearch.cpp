@@ -1,7 +1,14 @@
 #include "kovabase/files/internal/LibrarySearch.h"
 
 #include "kovabase/concurrency/KOVAMutex.h"
+#include "kovabase/foundation/KOVAAllocException.h"
 #include "kovabase/options/KOVAEnvironment.h"
+#include "kovabase/platform/Environment.h"
+#include "kovabase/platform/NativePath.h"
+
+#include <new>
+#include <string>
+#include <vector>
 
 namespace kova::internal {
 
@@ -12,9 +19,11 @@ struct AddedDirectories {
   KOVADynamicArray<KOVAFilePath> directories;
 };
 
-AddedDirectories& addedDirectories() {
+AddedDirectories& addedDirectories() try {
   static AddedDirectories* const added = new AddedDirectories;
   return *added;
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 bool isListSeparator(unsigned short unit) { return unit == ';' || unit == ':'; }
@@ -40,17 +49,28 @@ void addLibraryDirectory(const KOVAString& directory) {
   added.directories.add(path);
 }
 
-KOVAResult searchPathDirectories(KOVADynamicArray<KOVAFilePath>& directories) {
-  KOVAString variable;
-  KOVAString list;
-  KOVAResult result = KOVAEnvironment::GetPathEnvName(variable);
-  result &= KOVAEnvironment::GetVariable(variable, list);
-  for (int start = 0, end = 0; result.IsSuccess() && end <= list.length(); ++end) {
-    if (end < list.length() && !isListSeparator(list.charAt(end))) continue;
-    if (end > start) directories.add(KOVAFilePath(list.substring(start, end)));
+KOVAResult searchPathDirectories(KOVADynamicArray<KOVAFilePath>& directories) try {
+  KOVAString name;
+  char variable[16];
+  std::string value;
+  // Read as names of the system, which the default code page need not be able to spell.
+  if (KOVAEnvironment::GetPathEnvName(name).IsFailure() ||
+      name.convertToUTF8(variable, sizeof variable).IsFailure() ||
+      !kova::platform::readVariable(variable, value)) {
+    return KOVAResultCode::kFailure;
+  }
+  const std::vector<unsigned short> list = kova::platform::storedForm(value.data(), value.size());
+  const int count = static_cast<int>(list.size());
+  for (int start = 0, end = 0; end <= count; ++end) {
+    if (end < count && !isListSeparator(list[static_cast<std::size_t>(end)])) continue;
+    if (end > start) {
+      directories.add(KOVAFilePath(KOVAString::fromUnits(list.data() + start, end - start)));
+    }
     start = end + 1;
   }
-  return result;
+  return KOVAResultCode::kSuccess;
+} catch (const std::bad_alloc&) {
+  throw KOVAAllocException();
 }
 
 KOVADynamicArray<KOVAFilePath> libraryPlaces(const KOVAString& fileName) {

@@ -1,7 +1,7 @@
 #include "kovabase/platform/FileSystem.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <climits>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -63,6 +63,7 @@ bool query(int directory, const char* path, int flags, FileStatus& status) noexc
   if (statx(directory, path, flags, STATX_BASIC_STATS | STATX_BTIME, &answer) != 0) return false;
   const bool knowsBirth = (answer.stx_mask & STATX_BTIME) != 0;
   status.isDirectory = S_ISDIR(answer.stx_mode);
+  status.isRegular = S_ISREG(answer.stx_mode);
   status.bytes = answer.stx_size;
   status.created = knowsBirth ? answer.stx_btime.tv_sec : answer.stx_ctime.tv_sec;
   status.accessed = answer.stx_atime.tv_sec;
@@ -262,9 +263,10 @@ void removeTree(const char* path) {
 }
 
 bool currentDirectory(std::string& path) {
-  const std::unique_ptr<char, void (*)(void*)> text(getcwd(nullptr, 0), &std::free);
-  if (text == nullptr) return false;
-  path = text.get();
+  // The system itself knows no longer one.
+  char text[PATH_MAX];
+  if (getcwd(text, sizeof text) == nullptr) return false;
+  path = text;
   return true;
 }
 
