@@ -13,6 +13,8 @@
 /// and one behind the data are never in the window. One thread at a time.
 class KOVABASE_API KOVABufferManager : public KOVAReferenceCount {
  public:
+  KOVABufferManager(const KOVABufferManager&) = delete;
+  KOVABufferManager& operator=(const KOVABufferManager&) = delete;
   ~KOVABufferManager() override;
 
   /// Makes the window of the buffer size.

@@ -15,9 +15,8 @@ using namespace KOVAResultCode;
 namespace {
 
 template <class T>
-using Word = std::conditional_t<
-    sizeof(T) == 2, std::uint16_t,
-    std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
+using Word = std::conditional_t<sizeof(T) == 2, std::uint16_t,
+                                std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
 
 std::uint16_t swapped(std::uint16_t word) { return __builtin_bswap16(word); }
 std::uint32_t swapped(std::uint32_t word) { return __builtin_bswap32(word); }

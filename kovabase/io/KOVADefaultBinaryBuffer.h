@@ -5,17 +5,17 @@
 
 class KOVAString;
 
-/// How the bytes of a stored value follow each other: 0 most significant byte first, any other value
-/// least significant byte first.
+/// How the bytes of a stored value follow each other: 0 most significant byte first, any other
+/// value least significant byte first.
 typedef int KOVAEndianMode;
 
 /// Binary values of either byte order, one after the other or whole arrays at a time. An array is
 /// read and written as its single values would be, only faster.
 ///
 /// Every read moves the position behind what it read; a failed one moves nothing and leaves its
-/// output alone. Results of reads: Success; NotInitialized without data; the failure of a read; past
-/// the data a Gk_Exception, see KOVADefaultBuffer. Results of writes: Success; NotSupported for a
-/// buffer that reads; FileSaveError when the system refuses.
+/// output alone. Results of reads: Success; NotInitialized without data; the failure of a read;
+/// past the data a Gk_Exception, see KOVADefaultBuffer. Results of writes: Success; NotSupported
+/// for a buffer that reads; FileSaveError when the system refuses.
 class KOVABASE_API KOVADefaultBinaryBuffer : public KOVADefaultBuffer {
  public:
   using KOVADefaultBuffer::KOVADefaultBuffer;
@@ -43,7 +43,8 @@ class KOVABASE_API KOVADefaultBinaryBuffer : public KOVADefaultBuffer {
   KOVAResult ReadFloats(float* values, int count);
   KOVAResult ReadDoubles(double* values, int count);
 
-  /// `bytes` bytes of text; the text ends at the first zero among them. A length below 0 is Failure.
+  /// `bytes` bytes of text; the text ends at the first zero among them. A length below 0 is
+  /// Failure.
   KOVAResult ReadAsciiString(int bytes, KOVAString& text);
   KOVAResult ReadUTF8String(int bytes, KOVAString& text);
   /// A count as by ReadInt, then so many bytes of US-ASCII. A count that is negative or larger than

@@ -15,11 +15,14 @@
 /// position then stays where it was. One thread at a time.
 class KOVABASE_API KOVADefaultBuffer : public KOVABuffer {
  public:
-  /// @param mode  1 writes the file, which is created or made empty; any other reads it. A file that
+  /// @param mode  1 writes the file, which is created or made empty; any other reads it. A file
+  /// that
   ///   cannot be had fires an error event, after which nothing can be read or written.
   KOVADefaultBuffer(const KOVAFileHandle& file, int mode);
   /// Reads the block, which stays the caller's. A null or empty one fires an error event.
   KOVADefaultBuffer(unsigned char* block, unsigned long bytes);
+  KOVADefaultBuffer(const KOVADefaultBuffer&) = delete;
+  KOVADefaultBuffer& operator=(const KOVADefaultBuffer&) = delete;
   ~KOVADefaultBuffer() override;
 
   long GetOffset() const override { return _windowEnd - (_end - _cursor); }

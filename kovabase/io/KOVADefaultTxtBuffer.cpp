@@ -25,7 +25,9 @@ bool isExponent(int c) { return c == 'e' || c == 'E'; }
 bool isOfNumber(int c) { return isDigit(c) || c == '-' || c == '+' || c == '.' || isExponent(c); }
 
 // A leading plus is the one thing that from_chars does not take.
-const char* withoutPlus(const char* text) { return *text == '+' && text[1] != '-' ? text + 1 : text; }
+const char* withoutPlus(const char* text) {
+  return *text == '+' && text[1] != '-' ? text + 1 : text;
+}
 
 // As atoi reads it: what follows the number counts no more, and no number is 0.
 bool toInteger(const char* text, long long lowest, long long highest, long long& value) {
@@ -106,8 +108,8 @@ KOVAResult KOVADefaultTxtBuffer::ExtractNumberBuffer(int limit, char* destinatio
   while (next == '\n') next = TakeChar();
   SetOffset(behind);
   if (isBlank(next)) return kSuccess;
-  KOVAErrorEvent::Fire(
-      " Found number with digit length more than maximum possible length of %d.\n", limit);
+  KOVAErrorEvent::Fire(" Found number with digit length more than maximum possible length of %d.\n",
+                       limit);
   return kFailure;
 }
 

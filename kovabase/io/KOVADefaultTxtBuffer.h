@@ -7,14 +7,15 @@ class KOVAString;
 
 /// Text as numbers, lines and strings.
 ///
-/// A number is a run of digits, signs, points and exponent letters. One blank or tab that ends it is
-/// consumed with it, any other character is left; line ends inside it are stepped over, so that a
-/// number may go on in the next line. A '?' in the place of a number, and the end of the data, mean
-/// that there is none: the reads succeed and leave their output as it says. Numbers have a decimal
-/// point whatever the locale.
+/// A number is a run of digits, signs, points and exponent letters. One blank or tab that ends it
+/// is consumed with it, any other character is left; line ends inside it are stepped over, so that
+/// a number may go on in the next line. A '?' in the place of a number, and the end of the data,
+/// mean that there is none: the reads succeed and leave their output as it says. Numbers have a
+/// decimal point whatever the locale.
 ///
-/// Results of reads: Success; Failure with a message for what is no number, out of range or too long,
-/// the output unchanged; NotInitialized without data. Results of writes: as in the binary buffer.
+/// Results of reads: Success; Failure with a message for what is no number, out of range or too
+/// long, the output unchanged; NotInitialized without data. Results of writes: as in the binary
+/// buffer.
 class KOVABASE_API KOVADefaultTxtBuffer : public KOVADefaultBuffer {
  public:
   /// What ReadInt gives when the text has no number. Kept: formats look for it.
