@@ -11,35 +11,33 @@ using kova::internal::invertMatrix;
 using kova::internal::isIdentityMatrix;
 using kova::internal::multiplyMatrices;
 
-KOVAAffine::KOVAAffine(int dimension) : _dimension(dimension), _elements() { MakeIdentity(); }
-
 bool KOVAAffine::SetElement(int row, int column, double value) {
   if (!IsInside(row) || !IsInside(column)) return false;
-  _elements[row * _dimension + column] = value;
+  _elements[column * _dimension + row] = value;
   return true;
 }
 
 bool KOVAAffine::GetRow(int row, double* values) const {
   if (!IsInside(row) || values == nullptr) return false;
-  for (int i = 0; i < _dimension; ++i) values[i] = _elements[row * _dimension + i];
+  for (int i = 0; i < _dimension; ++i) values[i] = _elements[i * _dimension + row];
   return true;
 }
 
 bool KOVAAffine::SetRow(int row, const double* values) {
   if (!IsInside(row) || values == nullptr) return false;
-  for (int i = 0; i < _dimension; ++i) _elements[row * _dimension + i] = values[i];
+  for (int i = 0; i < _dimension; ++i) _elements[i * _dimension + row] = values[i];
   return true;
 }
 
 bool KOVAAffine::GetColumn(int column, double* values) const {
   if (!IsInside(column) || values == nullptr) return false;
-  for (int i = 0; i < _dimension; ++i) values[i] = _elements[i * _dimension + column];
+  for (int i = 0; i < _dimension; ++i) values[i] = _elements[column * _dimension + i];
   return true;
 }
 
 bool KOVAAffine::SetColumn(int column, const double* values) {
   if (!IsInside(column) || values == nullptr) return false;
-  for (int i = 0; i < _dimension; ++i) _elements[i * _dimension + column] = values[i];
+  for (int i = 0; i < _dimension; ++i) _elements[column * _dimension + i] = values[i];
   return true;
 }
 
@@ -66,7 +64,7 @@ double KOVAAffine::DeterminantOfCofactor(int row, int column) const {
   } else {
     computeAdjugate<3>(_elements, adjugate);
   }
-  return adjugate[column * _dimension + row];
+  return adjugate[row * _dimension + column];
 }
 
 bool KOVAAffine::GetInverse(KOVAAffine& inverse) const {

@@ -14,7 +14,7 @@ class KOVABASE_API KOVAAffine {
 
   /// 0 when an index is out of range.
   double GetElement(int row, int column) const {
-    return IsInside(row) && IsInside(column) ? _elements[row * _dimension + column] : 0.0;
+    return IsInside(row) && IsInside(column) ? _elements[column * _dimension + row] : 0.0;
   }
   /// False when an index is out of range.
   bool SetElement(int row, int column, double value);
@@ -26,7 +26,8 @@ class KOVABASE_API KOVAAffine {
   bool GetColumn(int column, double* values) const;
   bool SetColumn(int column, const double* values);
 
-  /// All elements row by row, as many as the square of the dimension.
+  /// All elements in column order, as many as the square of the dimension n: row r, column c is
+  /// entry n * c + r.
   const double* GetElements() const { return _elements; }
   double* GetElements() { return _elements; }
 
@@ -60,7 +61,9 @@ class KOVABASE_API KOVAAffine {
  protected:
   /// The identity.
   /// @param dimension  2 or 3.
-  explicit KOVAAffine(int dimension);
+  explicit KOVAAffine(int dimension) : _elements{1.0}, _dimension(dimension) {
+    for (int i = 1; i < dimension; ++i) _elements[i * (dimension + 1)] = 1.0;
+  }
   KOVAAffine(const KOVAAffine&) = default;
   KOVAAffine& operator=(const KOVAAffine&) = default;
   ~KOVAAffine() = default;
@@ -68,8 +71,9 @@ class KOVABASE_API KOVAAffine {
  private:
   bool IsInside(int index) const { return index >= 0 && index < _dimension; }
 
-  int _dimension;
+  // First, so that copies move the pairs that computations have stored.
   double _elements[9];
+  int _dimension;
 };
 
 /// Writes the rows, "(1, 0), (0, 1)", no line end.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+using kova::internal::copyMatrix;
 using kova::internal::invertMatrix;
 using kova::internal::isIdentityMatrix;
 using kova::internal::multiplyMatrices;
@@ -73,31 +74,21 @@ KOVAMorph2D KOVAMorph2D::multiply(const KOVAMorph2D& other) const {
   return result;
 }
 
-// The result may be the morph itself: it is written to when all is computed.
 bool KOVAMorph2D::invertInto(KOVAMorph2D& inverse) const {
   const double scale = 1.0 / _scale;
   double linear[4];
-  if (scale == 0.0 || !std::isfinite(scale) ||
-      (isAffine() && !invertMatrix<2>(_linear.GetElements(), linear))) {
+  if (scale == 0.0 || !std::isfinite(scale) || !invertMatrix<2>(_linear.GetElements(), linear)) {
     inverse.SetToIdentity();
     return false;
   }
-  double translation[2] = {0.0, 0.0};
+  double translation[2] = {};
   if (isTranslation()) {
-    translation[0] = _translation[0];
-    translation[1] = _translation[1];
-    if (isAffine()) multiplyVector<2>(linear, translation, translation);
-    for (double& coordinate : translation) coordinate *= -scale;
+    multiplyVector<2>(linear, _translation.GetStoredCoordinates(), translation);
+    // From 0, so that no coordinate becomes -0.
+    translation[0] = 0.0 - scale * translation[0];
+    translation[1] = 0.0 - scale * translation[1];
   }
-  if (isAffine()) {
-    std::copy(linear, linear + 4, inverse._linear.GetElements());
-  } else {
-    inverse._linear = _linear;
-  }
-  for (int i = 0; i < 2; ++i) inverse._translation[i] = translation[i];
-  inverse._scale = scale;
-  inverse._scaleFixed = false;
-  inverse.fixMorphFlags();
+  inverse.setParts(linear, scale, translation);
   return true;
 }
 
@@ -105,17 +96,18 @@ void KOVAMorph2D::multiplyInto(const KOVAMorph2D& other, KOVAMorph2D& result) co
   double translation[2] = {_translation[0], _translation[1]};
   transformCoordinates<2, false>(other, translation, false, 1.0);
   double linear[4];
-  if (isAffine() && other.isAffine()) {
-    multiplyMatrices<2>(other._linear.GetElements(), _linear.GetElements(), linear);
-  } else {
-    const double* const elements = (isAffine() ? _linear : other._linear).GetElements();
-    std::copy(elements, elements + 4, linear);
-  }
-  std::copy(linear, linear + 4, result._linear.GetElements());
-  for (int i = 0; i < 2; ++i) result._translation[i] = translation[i];
-  result._scale = _scale * other._scale;
-  result._scaleFixed = false;
-  result.fixMorphFlags();
+  multiplyMatrices<2>(other._linear.GetElements(), _linear.GetElements(), linear);
+  result.setParts(linear, _scale * other._scale, translation);
+}
+
+// The result of an operation may be its operand, so that it is written to when all is computed.
+inline void KOVAMorph2D::setParts(const double* linear, double scale, const double* translation) {
+  copyMatrix<2>(linear, _linear.GetElements());
+  _translation[0] = translation[0];
+  _translation[1] = translation[1];
+  _scale = scale;
+  _scaleFixed = false;
+  fixMorphFlags();
 }
 
 void KOVAPoint2D::Transform(const KOVAMorph2D& morph, bool noTranslation) {

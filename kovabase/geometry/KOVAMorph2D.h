@@ -34,6 +34,7 @@ class KOVABASE_API KOVAMorph2D : public KOVAMorph {
  private:
   bool invertInto(KOVAMorph2D& inverse) const;
   void multiplyInto(const KOVAMorph2D& other, KOVAMorph2D& result) const;
+  void setParts(const double* linear, double scale, const double* translation);
 
   KOVAAffine2D _linear;
   KOVAPoint2D _translation;

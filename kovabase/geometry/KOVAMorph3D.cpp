@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+using kova::internal::copyMatrix;
 using kova::internal::invertMatrix;
 using kova::internal::isIdentityMatrix;
 using kova::internal::multiplyMatrices;
@@ -86,49 +87,42 @@ KOVAMorph3D KOVAMorph3D::multiply(const KOVAMorph3D& other) const {
   return result;
 }
 
-// The result may be the morph itself: it is written to when all is computed.
 bool KOVAMorph3D::invertInto(KOVAMorph3D& inverse) const {
   const double scale = 1.0 / _scale;
   double linear[9];
-  if (scale == 0.0 || !std::isfinite(scale) ||
-      (isAffine() && !invertMatrix<3>(_linear.GetElements(), linear))) {
+  if (scale == 0.0 || !std::isfinite(scale) || !invertMatrix<3>(_linear.GetElements(), linear)) {
     inverse.SetToIdentity();
     return false;
   }
-  double translation[3] = {0.0, 0.0, 0.0};
+  double translation[3] = {};
   if (isTranslation()) {
-    KOVAGetDoublesFromKOVAPoint3D(_translation, translation);
-    if (isAffine()) multiplyVector<3>(linear, translation, translation);
-    for (double& coordinate : translation) coordinate *= -scale;
+    multiplyVector<3>(linear, _translation.GetStoredCoordinates(), translation);
+    // From 0, so that no coordinate becomes -0.
+    translation[0] = 0.0 - scale * translation[0];
+    translation[1] = 0.0 - scale * translation[1];
+    translation[2] = 0.0 - scale * translation[2];
   }
-  if (isAffine()) {
-    std::copy(linear, linear + 9, inverse._linear.GetElements());
-  } else {
-    inverse._linear = _linear;
-  }
-  for (int i = 0; i < 3; ++i) inverse._translation[i] = translation[i];
-  inverse._scale = scale;
-  inverse._scaleFixed = false;
-  inverse.fixMorphFlags();
+  inverse.setParts(linear, scale, translation);
   return true;
 }
 
 void KOVAMorph3D::multiplyInto(const KOVAMorph3D& other, KOVAMorph3D& result) const {
-  double translation[3];
-  KOVAGetDoublesFromKOVAPoint3D(_translation, translation);
+  double translation[3] = {_translation[0], _translation[1], _translation[2]};
   transformCoordinates<3, false>(other, translation, false, 1.0);
   double linear[9];
-  if (isAffine() && other.isAffine()) {
-    multiplyMatrices<3>(other._linear.GetElements(), _linear.GetElements(), linear);
-  } else {
-    const double* const elements = (isAffine() ? _linear : other._linear).GetElements();
-    std::copy(elements, elements + 9, linear);
-  }
-  std::copy(linear, linear + 9, result._linear.GetElements());
-  for (int i = 0; i < 3; ++i) result._translation[i] = translation[i];
-  result._scale = _scale * other._scale;
-  result._scaleFixed = false;
-  result.fixMorphFlags();
+  multiplyMatrices<3>(other._linear.GetElements(), _linear.GetElements(), linear);
+  result.setParts(linear, _scale * other._scale, translation);
+}
+
+// The result of an operation may be its operand, so that it is written to when all is computed.
+inline void KOVAMorph3D::setParts(const double* linear, double scale, const double* translation) {
+  copyMatrix<3>(linear, _linear.GetElements());
+  _translation[0] = translation[0];
+  _translation[1] = translation[1];
+  _translation[2] = translation[2];
+  _scale = scale;
+  _scaleFixed = false;
+  fixMorphFlags();
 }
 
 void KOVAPoint3D::Transform(const KOVAMorph3D& morph, bool noTranslation) {

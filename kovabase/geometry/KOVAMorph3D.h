@@ -38,6 +38,7 @@ class KOVABASE_API KOVAMorph3D : public KOVAMorph {
  private:
   bool invertInto(KOVAMorph3D& inverse) const;
   void multiplyInto(const KOVAMorph3D& other, KOVAMorph3D& result) const;
+  void setParts(const double* linear, double scale, const double* translation);
 
   KOVAAffine3D _linear;
   KOVAPoint3D _translation;

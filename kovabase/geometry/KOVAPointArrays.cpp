@@ -141,7 +141,7 @@ class Points {
 // nothing; an absent scale is 1.
 template <typename T>
 struct Parts {
-  T matrix[9] = {};
+  T matrix[9] = {};  // In column order.
   T scale = 1;
   T translation[3] = {-T(0), -T(0), -T(0)};
 };
@@ -154,8 +154,8 @@ KOVA_INLINE void transform(const Parts<T>& parts, Value (&coordinates)[n]) {
   if constexpr (kind != Kind::kScaleAndTranslation) {
     Value sums[n];
     for (std::size_t row = 0; row < n; ++row) {
-      sums[row] = parts.matrix[row * n] * coordinates[0];
-      for (std::size_t k = 1; k < n; ++k) sums[row] += parts.matrix[row * n + k] * coordinates[k];
+      sums[row] = parts.matrix[row] * coordinates[0];
+      for (std::size_t k = 1; k < n; ++k) sums[row] += parts.matrix[n * k + row] * coordinates[k];
     }
     for (std::size_t i = 0; i < n; ++i) coordinates[i] = sums[i];
   }
@@ -298,7 +298,7 @@ void transformByMatrix(const Coordinate* points, Coordinate* result, std::size_t
   Parts<Coordinate> parts;
   for (int row = 0; row < 3; ++row) {
     for (int column = 0; column < 3; ++column) {
-      parts.matrix[3 * row + column] = matrix[4 * column + row];
+      parts.matrix[3 * column + row] = matrix[4 * column + row];
     }
     if (!noTranslation) parts.translation[row] = matrix[12 + row];
   }

@@ -2,12 +2,29 @@
 
 #include <cmath>
 
-/// The arithmetic that affines, morphs and arrays of points share. Matrices are n by n doubles, row
-/// by row. Every result is computed by the same operations in the same order wherever it is
-/// asked for, so that single and batch forms agree bit for bit.
+/// The arithmetic that affines, morphs and arrays of points share. Matrices are n by n doubles in
+/// column order: row r, column c is entry n * c + r. Every result is computed by the same
+/// operations in the same order wherever it is asked for, so that single and batch forms agree bit
+/// for bit.
 namespace kova::internal {
 
-/// Exact.
+/// Written out, here and below, because arrays whose indices are constants stay in registers.
+template <int n>
+inline void copyMatrix(const double* matrix, double* copy) {
+  copy[0] = matrix[0];
+  copy[1] = matrix[1];
+  copy[2] = matrix[2];
+  copy[3] = matrix[3];
+  if constexpr (n == 3) {
+    copy[4] = matrix[4];
+    copy[5] = matrix[5];
+    copy[6] = matrix[6];
+    copy[7] = matrix[7];
+    copy[8] = matrix[8];
+  }
+}
+
+/// Exact. A loop that leaves at the first difference, which is mostly the first element.
 template <int n>
 inline bool isIdentityMatrix(const double* matrix) {
   for (int i = 0; i < n * n; ++i) {
@@ -16,27 +33,31 @@ inline bool isIdentityMatrix(const double* matrix) {
   return true;
 }
 
-/// product = left * right; `product` is neither of them.
+/// product = matrix * vector; `product` may be `vector`.
 template <int n>
-inline void multiplyMatrices(const double* left, const double* right, double* product) {
-  for (int row = 0; row < n; ++row) {
-    for (int column = 0; column < n; ++column) {
-      double sum = left[row * n] * right[column];
-      for (int k = 1; k < n; ++k) sum += left[row * n + k] * right[k * n + column];
-      product[row * n + column] = sum;
-    }
+inline void multiplyVector(const double* matrix, const double* vector, double* product) {
+  const double* const m = matrix;
+  const double x = vector[0];
+  const double y = vector[1];
+  if constexpr (n == 2) {
+    product[0] = m[0] * x + m[2] * y;
+    product[1] = m[1] * x + m[3] * y;
+  } else {
+    const double z = vector[2];
+    const double sums[3] = {m[0] * x + m[3] * y + m[6] * z, m[1] * x + m[4] * y + m[7] * z,
+                            m[2] * x + m[5] * y + m[8] * z};
+    product[0] = sums[0];
+    product[1] = sums[1];
+    product[2] = sums[2];
   }
 }
 
-/// product = matrix * vector; `product` may be `vector`.
-template <int n, typename T>
-inline void multiplyVector(const T* matrix, const T* vector, T* product) {
-  T sums[3];
-  for (int row = 0; row < n; ++row) {
-    sums[row] = matrix[row * n] * vector[0];
-    for (int k = 1; k < n; ++k) sums[row] += matrix[row * n + k] * vector[k];
+/// product = left * right; `product` is neither of them.
+template <int n>
+inline void multiplyMatrices(const double* left, const double* right, double* product) {
+  for (int column = 0; column < n; ++column) {
+    multiplyVector<n>(left, right + n * column, product + n * column);
   }
-  for (int row = 0; row < n; ++row) product[row] = sums[row];
 }
 
 /// Fills the transposed cofactors; `adjugate` is not `matrix`.
@@ -46,12 +67,11 @@ inline double computeAdjugate(const double* matrix, double* adjugate) {
   const double* const m = matrix;
   if constexpr (n == 2) {
     adjugate[0] = m[3];
-    adjugate[1] = -m[1];
-    adjugate[2] = -m[2];
+    adjugate[1] = 0.0 - m[1];  // Not -0 for 0.
+    adjugate[2] = 0.0 - m[2];
     adjugate[3] = m[0];
     return m[0] * m[3] - m[1] * m[2];
   } else {
-    static_assert(n == 3);
     adjugate[0] = m[4] * m[8] - m[5] * m[7];
     adjugate[1] = m[2] * m[7] - m[1] * m[8];
     adjugate[2] = m[1] * m[5] - m[2] * m[4];
@@ -65,13 +85,43 @@ inline double computeAdjugate(const double* matrix, double* adjugate) {
   }
 }
 
+/// @param inverse  not `matrix`.
 /// @return false, `inverse` undefined, when the determinant is 0 or not finite.
 template <int n>
 inline bool invertMatrix(const double* matrix, double* inverse) {
-  const double determinant = computeAdjugate<n>(matrix, inverse);
+  double adjugate[9];
+  const double determinant = computeAdjugate<n>(matrix, adjugate);
   if (determinant == 0.0 || !std::isfinite(determinant)) return false;
-  for (int i = 0; i < n * n; ++i) inverse[i] /= determinant;
+  inverse[0] = adjugate[0] / determinant;
+  inverse[1] = adjugate[1] / determinant;
+  inverse[2] = adjugate[2] / determinant;
+  inverse[3] = adjugate[3] / determinant;
+  if constexpr (n == 3) {
+    inverse[4] = adjugate[4] / determinant;
+    inverse[5] = adjugate[5] / determinant;
+    inverse[6] = adjugate[6] / determinant;
+    inverse[7] = adjugate[7] / determinant;
+    inverse[8] = adjugate[8] / determinant;
+  }
   return true;
+}
+
+/// Scale, then translation times `weight`. The scale is 1 when the morph has none, and changes
+/// nothing then.
+template <int n, bool isWeighted, class Morph>
+inline void scaleAndTranslate(const Morph& morph, const double* point, double* result,
+                              bool noTranslation, double weight) {
+  const double scale = morph.GetScale();
+  if (noTranslation || !morph.isTranslation()) {
+    for (int i = 0; i < n; ++i) result[i] = point[i] * scale;
+    return;
+  }
+  const double* const translation = morph.GetTranslation().GetStoredCoordinates();
+  double sums[3];
+  for (int i = 0; i < n; ++i) {
+    sums[i] = point[i] * scale + (isWeighted ? weight * translation[i] : translation[i]);
+  }
+  for (int i = 0; i < n; ++i) result[i] = sums[i];
 }
 
 /// Linear part, then scale, then translation times `weight`, each only when the morph has it.
@@ -80,20 +130,11 @@ inline void transformCoordinates(const Morph& morph, double* coordinates, bool n
                                  double weight) {
   if (morph.isIdentity()) return;
   if (morph.isAffine()) {
-    multiplyVector<n>(morph.GetAffine().GetElements(), coordinates, coordinates);
-  }
-  if (morph.isScale()) {
-    for (int i = 0; i < n; ++i) coordinates[i] *= morph.GetScale();
-  }
-  if (!noTranslation && morph.isTranslation()) {
-    const double* const translation = morph.GetTranslation().GetStoredCoordinates();
-    for (int i = 0; i < n; ++i) {
-      if constexpr (isWeighted) {
-        coordinates[i] += weight * translation[i];
-      } else {
-        coordinates[i] += translation[i];
-      }
-    }
+    double point[3];
+    multiplyVector<n>(morph.GetAffine().GetElements(), coordinates, point);
+    scaleAndTranslate<n, isWeighted>(morph, point, coordinates, noTranslation, weight);
+  } else {
+    scaleAndTranslate<n, isWeighted>(morph, coordinates, coordinates, noTranslation, weight);
   }
 }
 
