@@ -42,8 +42,9 @@ class KOVABASE_API KOVAString {
   explicit KOVAString(const int* text);
 
   /// Zero-terminated text in a code page; a null pointer is the empty string.
-  /// @param codepage  any name or alias that ICU knows; null or empty is the default code page.
-  ///   An unknown name sets the bad-conversion flag, and the text is read in the default code page.
+  /// @param codepage  any name or alias that ICU knows, of at most 60 characters; null or empty is
+  ///   the default code page. An unknown name sets the bad-conversion flag, and the text is read in
+  ///   the default code page.
   /// Malformed bytes become U+FFFD and do not set the flag. UTF-8, US-ASCII and ISO-8859-1 need no
   /// converter and are the fastest.
   KOVAString(const char* text, const char* codepage = nullptr);

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -71,6 +72,53 @@ TEST(KOVAStringCodepageConverter, StringsAndSharedConvertersLeaveEachOtherAlone)
   ucnv_getSubstChars(registry().Open("windows-1252"), substitute, &length, &status);
   EXPECT_EQ(std::string(substitute, static_cast<std::size_t>(length)), "#");
   ucnv_setSubstChars(converter, "\x1A", 1, &status);
+}
+
+// The paths without a converter, and texts that begin in ASCII, in all code pages that there are.
+TEST(KOVAStringCodepageConverter, EveryCodePageReadsAndWritesAsICUDoes) {
+  std::minstd_rand random(3);
+  for (int n = 0; n < ucnv_countAvailable(); ++n) {
+    const char* const name = ucnv_getAvailableName(n);
+    for (int i = 0; i < 20; ++i) {
+      std::string bytes(1 + random() % 40, 'a');
+      std::u16string units(1 + random() % 40, u'a');
+      const unsigned highest = i % 2 == 0 ? 0x7F : 0xFFFF;
+      for (char& byte : bytes) byte = static_cast<char>(random() & highest);
+      for (char16_t& unit : units) {
+        unit = static_cast<char16_t>(random() & (random() % 3 == 0 ? highest : 0x7F));
+      }
+      UErrorCode status = U_ZERO_ERROR;
+      UConverter* const converter = ucnv_open(name, &status);
+      ASSERT_TRUE(U_SUCCESS(status)) << name;
+      std::u16string read(200, u'\0');
+      std::string written(400, '\0');
+      read.resize(static_cast<std::size_t>(ucnv_toUChars(converter, read.data(), 200, bytes.data(),
+                                                         static_cast<int>(bytes.size()), &status)));
+      ucnv_close(converter);
+      UConverter* const other = ucnv_open(name, &status);
+      written.resize(static_cast<std::size_t>(ucnv_fromUChars(
+          other, written.data(), 400, units.data(), static_cast<int>(units.size()), &status)));
+      ucnv_close(other);
+      ASSERT_TRUE(U_SUCCESS(status)) << name;
+
+      const KOVAString ourRead =
+          KOVAString::fromBytes(bytes.data(), static_cast<int>(bytes.size()), name);
+      ASSERT_EQ(ourRead.length(), static_cast<int>(read.size())) << name;
+      for (std::size_t k = 0; k < read.size(); ++k) {
+        // What ICU writes for single malformed bytes of some code pages.
+        const bool isSubstitute = read[k] == 0x1A && ourRead.getUnits()[k] == 0xFFFD;
+        ASSERT_TRUE(isSubstitute || ourRead.getUnits()[k] == read[k]) << name << ' ' << i;
+      }
+      const KOVAString text = KOVAString::fromUnits(
+          reinterpret_cast<const unsigned short*>(units.data()), static_cast<int>(units.size()));
+      std::vector<char> buffer(written.size() + 1);
+      ASSERT_EQ(text.getConvertToMBCSSize(name), static_cast<int>(buffer.size())) << name;
+      ASSERT_TRUE(text.convertToMBCS(buffer.data(), static_cast<int>(buffer.size()), name, false, 0)
+                      .IsSuccess())
+          << name;
+      ASSERT_EQ(std::string(buffer.data(), written.size()), written) << name << ' ' << i;
+    }
+  }
 }
 
 // More names than a thread keeps, and the same ones on all threads.

@@ -94,6 +94,7 @@ TEST(KOVAString, BuildsFromUnitsAndCodePoints) {
                      {0xFFFF, u"\uFFFF", false},
                      {0x10000, u"\U00010000", false},
                      {0x10FFFF, u"\U0010FFFF", false},
+                     {0x1D800, u"\U0001D800", false},
                      {0xD800, u"\uFFFD", true},
                      {0xDFFF, u"\uFFFD", true},
                      {-1, u"\uFFFD", true},
@@ -135,6 +136,8 @@ TEST(KOVAString, ReadsNarrowTextInCodePages) {
       {"+AOk-a", "UTF-7", u"\u00E9a", false},
       {"\x1B$B%F%9\x1B(Bx", "ISO-2022-JP", u"\u30C6\u30B9x", false},
       {"\xC1\x42", "ibm-37", u"A\u00E2", false},
+      {"\x1B-B\xA1", "x11-compound-text", u"\u0104", false},
+      {"\xA1", "x11-compound-text", u"\u00A1", false},
   };
   for (int pass = 0; pass < 2; ++pass) {
     for (const auto& row : kTexts) {

@@ -50,8 +50,8 @@ std::size_t findLast(const unsigned short* units, std::size_t count, const unsig
 /// A 32-bit hash of all units.
 unsigned hashUnits(const unsigned short* units, std::size_t count) noexcept;
 
-constexpr bool isSurrogate(unsigned unit) noexcept { return (unit & 0xF800U) == 0xD800U; }
-constexpr bool isLeadSurrogate(unsigned unit) noexcept { return (unit & 0xFC00U) == 0xD800U; }
-constexpr bool isTrailSurrogate(unsigned unit) noexcept { return (unit & 0xFC00U) == 0xDC00U; }
+constexpr bool isSurrogate(unsigned unit) noexcept { return unit >> 11 == 0x1BU; }
+constexpr bool isLeadSurrogate(unsigned unit) noexcept { return unit >> 10 == 0x36U; }
+constexpr bool isTrailSurrogate(unsigned unit) noexcept { return unit >> 10 == 0x37U; }
 
 }  // namespace kova::internal

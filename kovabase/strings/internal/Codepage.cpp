@@ -17,7 +17,7 @@ bool isDefaultName(const char* name) { return name == nullptr || *name == '\0'; 
 
 struct Codepage::Slot {
   char name[kMaximumConverterName + 1] = {};
-  bool isUsed = false;
+  bool isReusable = false;
   Codepage page;
   // A second clone, so that the substitute never sticks to the first.
   UConverter* substituting = nullptr;
@@ -66,7 +66,7 @@ class Codepage::Cache {
     Slot& slot = _slots[_last];
     empty(slot);
     std::strcpy(slot.name, name);
-    slot.isUsed = true;
+    slot.isReusable = isUnknown || canBeReset(page.converter);
     slot.page = page;
     return &slot;
   }
@@ -75,7 +75,7 @@ class Codepage::Cache {
   static constexpr int kSlots = 4;
 
   static bool isFor(const Slot& slot, const char* name) noexcept {
-    return slot.isUsed && std::strcmp(slot.name, name) == 0;
+    return slot.isReusable && std::strcmp(slot.name, name) == 0;
   }
   static void empty(Slot& slot) noexcept {
     closeConverter(slot.page.converter);

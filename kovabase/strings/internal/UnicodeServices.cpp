@@ -7,9 +7,13 @@
 #include <unicode/ucnv_err.h>
 #include <unicode/ustring.h>
 
+#include <cstring>
+
 namespace kova::internal {
 
 namespace {
+
+std::size_t toSize(int count) { return static_cast<std::size_t>(count); }
 
 const UChar* toICU(const unsigned short* units) { return reinterpret_cast<const UChar*>(units); }
 
@@ -22,23 +26,29 @@ void writeReplacementCharacter(const void*, UConverterToUnicodeArgs* arguments, 
   ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
+bool isSameBothWays(UConverter* converter, const char* bytes, const UChar* units, int count) {
+  UChar decoded[256];
+  char encoded[256];
+  UErrorCode status = U_ZERO_ERROR;
+  return ucnv_toUChars(converter, decoded, 256, bytes, count, &status) == count &&
+         ucnv_fromUChars(converter, encoded, 256, units, count, &status) == count &&
+         U_SUCCESS(status) && std::memcmp(decoded, units, sizeof *units * toSize(count)) == 0 &&
+         std::memcmp(encoded, bytes, toSize(count)) == 0;
+}
+
+// Whether each ASCII character stands for itself, alone and among others.
 bool isASCIIBothWays(UConverter* converter) {
-  for (int code = 0; code < 128; ++code) {
-    const char byte = static_cast<char>(code);
-    const UChar unit = static_cast<UChar>(code);
-    UChar decoded[4];
-    char encoded[8];
-    UErrorCode status = U_ZERO_ERROR;
-    if (ucnv_toUChars(converter, decoded, 4, &byte, 1, &status) != 1 || U_FAILURE(status) ||
-        decoded[0] != unit) {
-      return false;
-    }
-    if (ucnv_fromUChars(converter, encoded, 8, &unit, 1, &status) != 1 || U_FAILURE(status) ||
-        encoded[0] != byte) {
-      return false;
-    }
+  char bytes[255];
+  UChar units[255];
+  for (int i = 0; i < 255; ++i) {
+    // Up and down again, so that each meets two neighbours.
+    bytes[i] = static_cast<char>(i < 128 ? i : 254 - i);
+    units[i] = static_cast<UChar>(bytes[i]);
   }
-  return true;
+  for (int i = 0; i < 128; ++i) {
+    if (!isSameBothWays(converter, bytes + i, units + i, 1)) return false;
+  }
+  return isSameBothWays(converter, bytes, units, 255);
 }
 
 }  // namespace
@@ -46,6 +56,8 @@ bool isASCIIBothWays(UConverter* converter) {
 const char* defaultConverterName() noexcept { return ucnv_getDefaultName(); }
 
 UConverter* openConverter(const char* name, bool& isUnknown) noexcept {
+  isUnknown = name != nullptr && std::strlen(name) > kMaximumConverterName;
+  if (isUnknown) return nullptr;
   UErrorCode status = U_ZERO_ERROR;
   UConverter* converter = ucnv_open(name != nullptr && *name != '\0' ? name : nullptr, &status);
   if (U_SUCCESS(status)) {
@@ -59,6 +71,11 @@ UConverter* openConverter(const char* name, bool& isUnknown) noexcept {
 
 UConverter* cloneConverter(const UConverter* converter) noexcept {
   UErrorCode status = U_ZERO_ERROR;
+  if (!canBeReset(converter)) {
+    // Closing a clone of this one crashes, too.
+    bool isUnknown = false;
+    return openConverter(ucnv_getName(converter, &status), isUnknown);
+  }
   UConverter* clone = ucnv_clone(converter, &status);
   if (U_SUCCESS(status)) return clone;
   ucnv_close(clone);
@@ -76,6 +93,10 @@ CodepageKind classifyConverter(UConverter* converter) noexcept {
     case UCNV_LATIN_1: return CodepageKind::kLatin1;
     default: return isASCIIBothWays(converter) ? CodepageKind::kASCIIBased : CodepageKind::kOther;
   }
+}
+
+bool canBeReset(const UConverter* converter) noexcept {
+  return ucnv_getType(converter) != UCNV_COMPOUND_TEXT;
 }
 
 void setSubstitute(UConverter* converter, char substitute) noexcept {
@@ -100,15 +121,27 @@ bool decode(UConverter* converter, const char*& bytes, const char* bytesEnd, uns
 
 long long encode(UConverter* converter, const unsigned short* units, int count, char* out,
                  int room) noexcept {
+  if (count == 0) return 0;  // not even the announcement that some code pages begin with
   UErrorCode status = U_ZERO_ERROR;
   const UChar* source = toICU(units);
   char* target = out;
   ucnv_reset(converter);
   ucnv_fromUnicode(converter, &target, out + room, &source, source + count, nullptr, true, &status);
-  return U_SUCCESS(status) ? target - out : -1;
+  const long long bytes = target - out;
+  // ICU also calls the room too small when units are left that write nothing.
+  while (status == U_BUFFER_OVERFLOW_ERROR) {
+    char scratch[16];
+    target = scratch;
+    status = U_ZERO_ERROR;
+    ucnv_fromUnicode(converter, &target, scratch + sizeof scratch, &source, toICU(units) + count,
+                     nullptr, true, &status);
+    if (target != scratch) return -1;
+  }
+  return U_SUCCESS(status) ? bytes : -1;
 }
 
 long long encodedSize(UConverter* converter, const unsigned short* units, int count) noexcept {
+  if (count == 0) return 0;
   char scratch[1024];
   const UChar* source = toICU(units);
   const UChar* const end = source + count;

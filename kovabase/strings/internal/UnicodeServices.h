@@ -19,7 +19,8 @@ enum class CodepageKind {
   kOther
 };
 
-/// ICU refuses longer names of converters, options included.
+/// Longer names of converters, options included, count as unknown. ICU refuses them too, but for
+/// options that it ignores.
 constexpr std::size_t kMaximumConverterName = 60;
 
 /// The name of ICU's default converter: asked for once, by whoever comes first, and fixed then.
@@ -37,6 +38,9 @@ void resetConverter(UConverter* converter) noexcept;
 void closeConverter(UConverter* converter) noexcept;
 
 CodepageKind classifyConverter(UConverter* converter) noexcept;
+/// Whether resetting makes the converter as good as new. ICU forgets to do so for one code page, so
+/// that a text would show in the next.
+bool canBeReset(const UConverter* converter) noexcept;
 
 /// Makes `substitute` stand for what the code page lacks, from now on.
 void setSubstitute(UConverter* converter, char substitute) noexcept;
