@@ -8,6 +8,8 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -57,12 +59,10 @@ TEST(KOVABox, MeasuresAndContainsWithinATolerance) {
   EXPECT_FALSE(kBox.Contains(KOVAPoint3D(1, 2, -0.5)));
   EXPECT_TRUE(kBox.Contains(KOVAPoint3D(1.5, 2.5, -0.5), 0.5));
   EXPECT_FALSE(kBox.Contains(KOVAPoint3D(1, kNaN, 1), 1e300));
-  const KOVABox3D beside(KOVAPoint3D(1.25, 0, 0), KOVAPoint3D(4, 1, 1));
+  const KOVABox3D beside(KOVAPoint3D(4, 0, 1), KOVAPoint3D(1.25, 1, 0));
   EXPECT_FALSE(kBox.Intersects(beside));
   EXPECT_TRUE(kBox.Intersects(beside, 0.25));
-  EXPECT_TRUE(kBox.Contains(KOVABox3D(KOVAPoint3D(1, 2, 2), KOVAPoint3D(1, 1, 1))));
   EXPECT_FALSE(kBox.Contains(beside, 0.25));
-  EXPECT_EQ(textOf(KOVABox2D(KOVAPoint2D(3, -1), KOVAPoint2D(-2, 4))), "(-2, -1) to (3, 4)");
 }
 
 TEST(KOVABox, PassesOverCoordinatesThatAreNaN) {
@@ -118,9 +118,6 @@ TEST(KOVABox, BatchesAgreeWithSinglePointsToTheBit) {
     compareBatchWithSingle<2, float>(seed);
     compareBatchWithSingle<3, float>(seed);
   }
-  KOVABox3D box;
-  box.Extend(static_cast<const double*>(nullptr), 3);
-  EXPECT_TRUE(box.IsEmpty());
 }
 
 TEST(KOVABox, TransformedBoxesContainEveryTransformedPoint) {
@@ -147,15 +144,14 @@ TEST(KOVABox, TransformedBoxesContainEveryTransformedPoint) {
     }
   }
   // Infinity times 0 may be anywhere.
-  KOVAAffine3D quarterTurn;
-  quarterTurn.MakeIdentity();
-  quarterTurn.SetElement(0, 0, 0);
-  quarterTurn.SetElement(0, 1, -1);
-  quarterTurn.SetElement(1, 0, 1);
-  quarterTurn.SetElement(1, 1, 0);
-  const KOVABox3D slab(KOVAPoint3D(-kInfinity, 0, 0), KOVAPoint3D(kInfinity, 1, 1));
-  const KOVABox3D turned = slab.GetTransformed(KOVAMorph3D(quarterTurn, KOVAPoint3D(), 1));
-  EXPECT_TRUE(turned.Contains(KOVAPoint3D(-0.5, 1e300, 0.5)));
+  KOVAAffine3D swapXY;
+  for (const auto& [row, column] : {std::pair(0, 1), {1, 0}}) {
+    swapXY.SetElement(row, row, 0);
+    swapXY.SetElement(row, column, 1);
+  }
+  const KOVABox3D beam(KOVAPoint3D(-kInfinity, 0, 0), KOVAPoint3D(kInfinity, 1, 1));
+  const KOVABox3D turned = beam.GetTransformed(KOVAMorph3D(swapXY, KOVAPoint3D(), 1));
+  EXPECT_TRUE(turned.Contains(KOVAPoint3D(0.5, 1e300, 0.5)));
 }
 
 }  // namespace
