@@ -130,6 +130,7 @@ int run(int count, char** arguments) {
   }
 
   std::vector<Shape> shapes;
+  shapes.reserve(names.size());
   for (const std::string& name : names) {
     shapes.push_back(name == "gear" ? kova::generate::makeGear(teeth)
                                     : kova::generate::makeKnot(triangles));

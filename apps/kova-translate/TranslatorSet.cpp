@@ -77,15 +77,17 @@ TranslatorSet::TranslatorSet() {
   if (platform::readVariable("KOVA_TRANSLATORS", folders)) {
     for (std::size_t start = 0; start <= folders.size();) {
       const std::size_t end = std::min(folders.find(':', start), folders.size());
-      if (end > start) _folders.push_back(folders.substr(start, end - start));
+      if (end > start) _places.push_back(folders.substr(start, end - start) + "/");
       start = end + 1;
     }
   }
   const std::string program = platform::programFolder();
   if (!program.empty()) {
-    _folders.push_back(program + "/../lib");
-    _folders.push_back(program + "/" KOVA_INSTALLED_TRANSLATORS);
+    _places.push_back(program + "/../lib/");
+    _places.push_back(program + "/" KOVA_INSTALLED_TRANSLATORS "/");
   }
+  // The name alone is looked for by the loader's own rules.
+  _places.emplace_back();
 }
 
 const Translator* TranslatorSet::Find(const Format& format, std::string& problem) {
@@ -93,16 +95,14 @@ const Translator* TranslatorSet::Find(const Format& format, std::string& problem
   Entry& entry = at->second;
   if (isNew) {
     const std::string name = std::string("libkova_") + format.name + ".so";
-    std::vector<std::string> places;
-    for (const std::string& folder : _folders) places.push_back(folder + "/" + name);
-    places.push_back(name);
-    for (const std::string& place : places) {
+    for (const std::string& place : _places) {
+      const std::string path = place + name;
       std::string reason;
-      entry.translator = Translator::Load(place, reason);
+      entry.translator = Translator::Load(path, reason);
       if (entry.translator != nullptr) break;
       // The loader begins its reasons with the name of the library.
-      if (reason.compare(0, place.size() + 2, place + ": ") == 0) reason.erase(0, place.size() + 2);
-      entry.problem += "  " + place + ": " + reason + "\n";
+      if (reason.rfind(path + ": ", 0) == 0) reason.erase(0, path.size() + 2);
+      entry.problem.append("  ").append(path).append(": ").append(reason).append("\n");
     }
   }
   if (entry.translator == nullptr) problem = entry.problem;

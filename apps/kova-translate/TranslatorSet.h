@@ -58,7 +58,8 @@ class TranslatorSet {
     std::string problem;
   };
 
-  std::vector<std::string> _folders;
+  // What stands before the name of a library: folders with their separator.
+  std::vector<std::string> _places;
   std::map<std::string, Entry> _entries;
 };
 

@@ -35,7 +35,7 @@ KOVAString decodeName(std::string_view name) {
   while (!name.empty() && isSpace(name.back())) name.remove_suffix(1);
   if (name.empty() || name.size() > INT_MAX) return KOVAString();
   const int bytes = static_cast<int>(name.size());
-  const KOVAString text = KOVAString::fromBytes(name.data(), bytes, "UTF-8");
+  KOVAString text = KOVAString::fromBytes(name.data(), bytes, "UTF-8");
   constexpr unsigned short kReplacementCharacter = 0xFFFD;
   if (text.indexOf(kReplacementCharacter) < 0) return text;
   return KOVAString::fromBytes(name.data(), bytes, "ISO-8859-1");

@@ -69,7 +69,7 @@ std::string followLinks(const std::string& path) {
   if (lstat(path.c_str(), &information) != 0 || !S_ISLNK(information.st_mode)) return path;
   char* resolved = realpath(path.c_str(), nullptr);
   if (resolved == nullptr) return path;
-  const std::string target = resolved;
+  std::string target = resolved;
   std::free(resolved);
   return target;
 }
