@@ -80,18 +80,6 @@ TEST(KOVATypedHandleTest, ComparesByTargetAndStandsForIt) {
   EXPECT_EQ(target, static_cast<Noted*>(a));
 }
 
-TEST(KOVATypedHandleTest, FindsTargetsBehindOtherBases) {
-  struct Other {
-    virtual ~Other() = default;
-    int filler = 0;
-  };
-  struct Second : Other, KOVAReferenceCount {
-    int value = 5;
-  };
-  const KOVATypedHandle<Second> handle(new Second);
-  EXPECT_EQ(handle->value, 5);
-}
-
 TEST(KOVAReferenceCountTest, ACopyIsHeldByNobody) {
   std::string notes;
   const NotedHandle original(new Noted('a', notes));
@@ -99,29 +87,17 @@ TEST(KOVAReferenceCountTest, ACopyIsHeldByNobody) {
   EXPECT_TRUE(original.IsLastCall());
   EXPECT_TRUE(copy.IsLastCall());
   static_assert(!std::is_copy_assignable_v<Noted>);
-
-  class Preset : public KOVAReferenceCount {
-   public:
-    Preset() : KOVAReferenceCount(3U) {}
-  };
-  Preset preset;
-  EXPECT_EQ(preset.GetCount(), 3U);
-  EXPECT_EQ(preset.GetName(), nullptr);
 }
-
-class Quiet : public KOVAReferenceCount {
- public:
-  explicit Quiet(int& destroyed) : _destroyed(&destroyed) {}
-  ~Quiet() override { ++*_destroyed; }
-
- private:
-  int* _destroyed;
-};
 
 TEST(KOVAReferenceCountTest, HandlesOfManyThreadsKeepOneTarget) {
   int destroyed = 0;
   std::vector<std::thread> threads;
   {
+    struct Quiet : KOVAReferenceCount {
+      explicit Quiet(int& count) : destroyed(&count) {}
+      ~Quiet() override { ++*destroyed; }
+      int* destroyed;
+    };
     const KOVATypedHandle<Quiet> shared(new Quiet(destroyed));
     for (int i = 0; i < 4; ++i) {
       threads.emplace_back([handle = shared] {
@@ -138,12 +114,10 @@ TEST(KOVAReferenceCountTest, HandlesOfManyThreadsKeepOneTarget) {
   EXPECT_EQ(destroyed, 1);
 }
 
-TEST(KOVAAtomicCounterTest, WrapsAndCopies) {
+TEST(KOVAAtomicCounterTest, WrapsAtThirtyTwoBits) {
   KOVAAtomicCounter counter(0x7FFFFFFF);
   EXPECT_EQ(counter.AtomicIncrement(), -0x80000000L);
   EXPECT_EQ(counter.AtomicDecrement(), 0x7FFFFFFF);
-  const KOVAAtomicCounter copy(counter);
-  EXPECT_EQ(copy.GetCount(), 0x7FFFFFFF);
 }
 
 class Used : public KOVAUseCounted {
@@ -177,21 +151,9 @@ TEST(KOVAUseCountedHolderTest, ReleasesWhatItNoLongerHolds) {
     EXPECT_EQ(destroyed, 1);
     holder.SetImpl(nullptr);
     EXPECT_TRUE(holder.IsEmpty() && !copy.IsEmpty());
-  }
-  EXPECT_EQ(destroyed, 2);
-}
 
-TEST(KOVAUseCountedTest, CopiesTakeTheCountOver) {
-  int destroyed = 0;
-  {
-    Used source(destroyed);
-    source.AddRef();
-    source.AddRef();
-    Used copy(source);
-    EXPECT_EQ(copy.GetCount(), 2);
-    Used assigned(destroyed);
-    assigned = source;
-    EXPECT_EQ(assigned.GetCount(), 2);
+    const Used twin(static_cast<const Used&>(*copy.GetImpl()));
+    EXPECT_EQ(twin.GetCount(), 1) << "a copy takes the count over";
   }
   EXPECT_EQ(destroyed, 3);
 }
