@@ -7,6 +7,7 @@
 #include "kovabase/foundation/KOVAResult.h"
 #include "kovabase/strings/KOVAString.h"
 
+#include <atomic>
 #include <string>
 
 /// One shared library: loaded by name on demand, initialised once, asked for functions, finalised
@@ -107,7 +108,7 @@ class KOVABASE_API KOVALibrary : public KOVAReferenceCount {
 
   void* _module = nullptr;
   char _name[kNameBytes];
-  bool _isUnloadable = true;
+  std::atomic<bool> _isUnloadable = true;  // each light object sets it, on any thread
   bool _isInitialized = false;
   bool _isInitializing = false;
   KOVAString _initFunctionName;

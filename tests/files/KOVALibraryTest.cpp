@@ -10,6 +10,7 @@
 
 #include <clocale>
 #include <functional>
+#include <thread>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -251,6 +252,25 @@ TEST_F(KOVALibraryTest, LightObjectsShareOneLibraryOfAName) {
   first = missing;
   second = missing;
   EXPECT_EQ(takeJournal(), "fini;unload;");
+}
+
+TEST_F(KOVALibraryTest, AnyThreadMayAskAnInitialisedLibrary) {
+  KOVAVexilLibrary first("KovaGood", "FixtureInitialize", "FixtureFinalize");
+  ASSERT_EQ(first.Load(), KOVAResultCode::kSuccess);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([] {
+      for (int i = 0; i < 50; ++i) {
+        KOVAVexilLibrary library("KovaGood", "", "");
+        void* function = nullptr;
+        EXPECT_EQ(library.GetFunction("FixtureAnswer", function), KOVAResultCode::kSuccess);
+        EXPECT_EQ(reinterpret_cast<int (*)()>(function)(), 42);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  KOVALibraryManager::FreeLibraries();
+  EXPECT_EQ(takeJournal(), "load;init;");
 }
 
 TEST_F(KOVALibraryTest, TheEndOfTheProcessFreesOnlyWhenForced) {

@@ -192,16 +192,15 @@ bool canOpenFile(const char* path) noexcept {
 bool doesExist(const char* path) noexcept { return access(path, F_OK) == 0; }
 
 std::FILE* openStream(const char* path, const char* mode) noexcept {
+  // "e" keeps the stream from programs that are started. It comes second, since the C library looks
+  // only at the first few letters.
   char privateMode[32];
-  const std::size_t length = std::strlen(mode);
-  if (length + 2 > sizeof privateMode || length == 0) {
+  const int length = std::snprintf(privateMode, sizeof privateMode, "%.1se%s", mode,
+                                   mode[0] != '\0' ? mode + 1 : "");
+  if (mode[0] == '\0' || length >= static_cast<int>(sizeof privateMode)) {
     errno = EINVAL;
     return nullptr;
   }
-  // Second, since the C library looks only at the first few letters.
-  privateMode[0] = mode[0];
-  privateMode[1] = 'e';
-  std::memcpy(privateMode + 2, mode + 1, length);
   std::FILE* const stream = std::fopen(path, privateMode);
   if (stream != nullptr && isDirectory(fileno(stream))) return closeKeepingError(stream, EISDIR);
   return stream;
