@@ -147,7 +147,8 @@ class KOVABASE_API KOVADynamicArray : public KOVAArrayFreeCallback {
     return true;
   }
 
-  /// Puts `count` elements `T()` before the first: scalars are 0. @return true.
+  /// Puts `count` elements `T()` before the first: scalars are 0. Each of them moves all that are
+  /// there. @return true.
   bool frontGrow(int count) {
     for (; count > 0; --count) {
       Detached fresh;
