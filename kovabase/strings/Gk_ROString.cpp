@@ -188,9 +188,9 @@ void Gk_ROString::replaceRange(int start, int end, const char* text, int length)
   if (newLength == 0 && _text == nullptr) return;
   const bool isOwnText = text != nullptr && std::less_equal<>()(getText(), text) &&
                          std::less_equal<>()(text, getText() + _length);
-  if (newLength <= _capacity && !isOwnText) {
+  if (_text != nullptr && newLength <= _capacity && !isOwnText) {
     std::memmove(_text + start + length, _text + end, static_cast<std::size_t>(tail));
-    if (length > 0) std::memcpy(_text + start, text, static_cast<std::size_t>(length));
+    if (text != nullptr) std::memcpy(_text + start, text, static_cast<std::size_t>(length));
     _text[newLength] = 0;
     _length = newLength;
     return;
@@ -199,7 +199,7 @@ void Gk_ROString::replaceRange(int start, int end, const char* text, int length)
   const int half = std::min(_capacity / 2, kMaxLength - _capacity);
   result.reserveBytes(newLength <= _capacity ? _capacity : std::max(newLength, _capacity + half));
   std::memcpy(result._text, getText(), static_cast<std::size_t>(start));
-  if (length > 0) std::memcpy(result._text + start, text, static_cast<std::size_t>(length));
+  if (text != nullptr) std::memcpy(result._text + start, text, static_cast<std::size_t>(length));
   std::memcpy(result._text + start + length, getText() + end, static_cast<std::size_t>(tail));
   result._text[newLength] = 0;
   result._length = newLength;
