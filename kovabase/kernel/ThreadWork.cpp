@@ -89,6 +89,7 @@ void ThreadWork::terminate() {
   for (std::thread& thread : _threads) thread.join();
   _threads.clear();
   const std::lock_guard lock(_mutex);
+  _started = _gone = 0;
   _queue.clear();
   if (_state == State::kDraining) _state = State::kIdle;
 }
