@@ -30,7 +30,7 @@ void redirect(const std::string& path, int flags, int descriptor) {
 Workshop::Workshop() {
   std::string pattern = std::filesystem::temp_directory_path().string() + "/kova-apps-XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  _folder = pattern + "/work";
+  _folder = pattern + "/folder";
   std::filesystem::create_directory(_folder);
   Set("TRANSLATE", KOVA_TRANSLATE);
   Set("GENERATE", KOVA_GENERATE);
