@@ -48,12 +48,12 @@ class KOVAVectorfArithmetic {
   /// True when the two are parallel and equally long: each component of the cross product and the
   /// difference of the lengths are at most Gk_Def::FuzzPos in single precision. A vector equals
   /// its opposite: this compares undirected lines with length, and it is meant so.
-  bool operator==(const Vector& vector) const {
+  friend bool operator==(const Vector& left, const Vector& right) {
     const float tolerance = static_cast<float>(Gk_Def::FuzzPos);
-    const Vector cross = Self() ^ vector;
+    const Vector cross = left ^ right;
     return Gk_Func::equal(cross[0], 0.0F, tolerance) && Gk_Func::equal(cross[1], 0.0F, tolerance) &&
            Gk_Func::equal(cross[2], 0.0F, tolerance) &&
-           Gk_Func::equal(Norm(), vector.Norm(), tolerance);
+           Gk_Func::equal(left.Norm(), right.Norm(), tolerance);
   }
 
   friend Vector operator+(const Vector& left, const Vector& right) {
