@@ -40,10 +40,10 @@ struct Units {
 
 Units unitsOf(const KOVAString& text) { return {text.getUnits(), text.length()}; }
 
-/// The last occurrence in [first, end), or `first - 1`.
-int lastIndexIn(const unsigned short* units, int first, int end, unsigned short unit) {
-  while (end > first && units[end - 1] != unit) --end;
-  return end - 1;
+/// The last backslash among the first `count` units, or -1.
+int lastSeparatorIn(const unsigned short* units, int count) {
+  while (count > 0 && units[count - 1] != kSeparator) --count;
+  return count - 1;
 }
 
 bool endsWithSeparator(Units text) {
@@ -72,8 +72,8 @@ void copyWithSeparators(Units from, unsigned short* to) {
 }
 
 void replaceInvalidCharacters(unsigned short* units, int count) {
-  std::replace_if(units + lastIndexIn(units, 0, count, kSeparator) + 1, units + count,
-                  isInvalidInName, kReplacement);
+  std::replace_if(units + lastSeparatorIn(units, count) + 1, units + count, isInvalidInName,
+                  kReplacement);
 }
 
 // Puts the prefix of a long path in front of it, in the kServerPrefixUnits units before `units`.
@@ -233,6 +233,10 @@ bool KOVAFilePath::HasLastExtensionIgnoringCase(const KOVAString& extension) con
 }
 
 void KOVAFilePath::AddExtension(const KOVAString& extension) {
+  // Room for both at once: the path is as it was when there is none.
+  const long long count = static_cast<long long>(_path.length()) + 1 + extension.length();
+  if (count > std::numeric_limits<int>::max()) throw KOVAAllocException();
+  _path.reserve(static_cast<int>(count));
   _path.append(kExtensionMark);
   _path.append(extension);
 }
@@ -303,7 +307,7 @@ KOVAFilePath KOVAFilePath::ResolveAgainst(const KOVAFilePath& base, bool isDirec
 
   KOVAString tail;
   for (int end = path.count; end >= 0;) {
-    const int separator = lastIndexIn(path.first, 0, end, kSeparator);
+    const int separator = lastSeparatorIn(path.first, end);
     if (separator < 0 && skipsFirst) break;
     const Units part{path.first + separator + 1, end - separator - 1};
     end = separator;
@@ -455,7 +459,7 @@ KOVAResult KOVAFilePath::GetWideCharacterBuffer(unsigned short* buffer, int size
 }
 
 int KOVAFilePath::GetLastSeparatorIndex() const noexcept {
-  return lastIndexIn(_path.getUnits(), 0, _path.length(), kSeparator);
+  return lastSeparatorIn(_path.getUnits(), _path.length());
 }
 
 int KOVAFilePath::GetFirstExtensionIndex() const noexcept {
