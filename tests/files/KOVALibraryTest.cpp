@@ -208,11 +208,20 @@ TEST_F(KOVALibraryTest, NamesMayBePathsAndAreCutWhenBare) {
   EXPECT_EQ(KOVALibrary::CheckLoadability(KOVAString::fromUnits(zero, 4), true, true),
             KOVAResultCode::kFailure);
 
+  events.take();
   const std::string cut(63, 'n');
   fs::copy_file(fixture("KovaGood"), directory / ("lib" + cut + ".so"));
   const KOVAEnvironmentVariableScoped path("PATH", directory.native().c_str());
   KOVALibrary byName((cut + "1234567").c_str(), "", "");
   EXPECT_EQ(byName.GetLibraryName(), cut);
+#ifdef NDEBUG
+  const Lines traces;
+#else
+  const Lines traces{
+      "10 " + cut + "1234567 library name is too long and was truncated to " + cut + ".\n\n",
+      "10 " + cut + "1234567 library will not be loaded.\n\n"};
+#endif
+  EXPECT_EQ(events.take(), traces);
   EXPECT_EQ(byName.LoadAndInitialize(true), KOVAResultCode::kSuccess);
 
   struct Case {
