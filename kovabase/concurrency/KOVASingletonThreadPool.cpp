@@ -8,6 +8,7 @@
 #include "kovabase/foundation/KOVAAtomicCounter.h"
 #include "kovabase/foundation/KOVAError.h"
 #include "kovabase/foundation/KOVAException.h"
+#include "kovabase/foundation/internal/StaticThreadLocal.h"
 #include "kovabase/kernel/Kernel.h"
 #include "kovabase/kernel/Session.h"
 #include "kovabase/kernel/ThreadWork.h"
@@ -65,7 +66,7 @@ constinit KOVAAtomicCounter g_kernelUsers{0};
 constinit std::atomic<bool> g_isKernelStopped{false};
 
 // The calling worker's id; 0 on every other thread.
-constinit thread_local int t_threadId = 0;
+KOVABASE_STATIC_THREAD_LOCAL int t_threadId = 0;
 
 bool isOnWorker() { return t_threadId != 0; }
 
@@ -200,6 +201,8 @@ void clearThreadSlots() noexcept {
 }
 
 }  // namespace
+
+KOVASingletonThreadPool::ThreadInitializerCallback_t::~ThreadInitializerCallback_t() = default;
 
 void KOVASingletonThreadPool::Initialize(bool multithreaded) {
   // A worker cannot wait for the thread that starts or joins it.

@@ -18,9 +18,7 @@ class KOVABASE_API KOVASingletonThreadPool {
    public:
     virtual void ThreadStart() = 0;
     virtual void ThreadEnd() = 0;
-
-   protected:
-    ~ThreadInitializerCallback_t() = default;
+    virtual ~ThreadInitializerCallback_t();
   };
 
   KOVASingletonThreadPool() = delete;

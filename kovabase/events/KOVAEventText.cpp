@@ -24,22 +24,18 @@ KOVAEventText::KOVAEventText(const char* text, std::size_t length)
     : KOVAEventText(length != 0 ? copyText(text, length) : "", length,
                     length != 0 ? Kind::kOwned : Kind::kStatic) {}
 
-KOVAEventText::KOVAEventText(const KOVAEventText& other)
-    : KOVAEventText(other._text, other._length, other._kind) {
-  if (_kind == Kind::kStatic) return;
-  // Static until there is a copy to release: an allocation may fail.
-  _kind = Kind::kStatic;
-  _text = copyText(other._text, _length);
-  _kind = Kind::kOwned;
+void KOVAEventText::Own() {
+  const std::size_t length = GetLength();
+  _text = copyText(_text, length);
+  _lengthAndKind = Pack(length, Kind::kOwned);
 }
 
 KOVAEventText& KOVAEventText::operator=(KOVAEventText other) noexcept {
   std::swap(_text, other._text);
-  std::swap(_length, other._length);
-  std::swap(_kind, other._kind);
+  std::swap(_lengthAndKind, other._lengthAndKind);
   return *this;
 }
 
 void KOVAEventText::Release() noexcept {
-  kova::internal::freeBlock(const_cast<char*>(_text), _length + 1);
+  kova::internal::freeBlock(const_cast<char*>(_text), GetLength() + 1);
 }

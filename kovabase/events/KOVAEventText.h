@@ -30,29 +30,41 @@ class KOVABASE_API KOVAEventText {
     return {text, length, Kind::kBorrowed};
   }
 
-  KOVAEventText(const KOVAEventText& other);
+  KOVAEventText(const KOVAEventText& other)
+      : _text(other._text), _lengthAndKind(other._lengthAndKind) {
+    if (GetKind() != Kind::kStatic) Own();
+  }
   KOVAEventText(KOVAEventText&& other) noexcept
-      : KOVAEventText(std::exchange(other._text, nullptr), std::exchange(other._length, 0),
-                      std::exchange(other._kind, Kind::kStatic)) {}
+      : _text(std::exchange(other._text, nullptr)),
+        _lengthAndKind(std::exchange(other._lengthAndKind, 0)) {}
   KOVAEventText& operator=(KOVAEventText other) noexcept;
   ~KOVAEventText() {
-    if (_kind == Kind::kOwned) Release();
+    if (GetKind() == Kind::kOwned) Release();
   }
 
   /// Valid as long as this object is, and until it is assigned to.
   const char* Get() const noexcept { return _text; }
   /// Bytes without the terminator; 0 for null.
-  std::size_t GetLength() const noexcept { return _length; }
+  std::size_t GetLength() const noexcept { return _lengthAndKind >> kKindBits; }
   bool IsNull() const noexcept { return _text == nullptr; }
 
  private:
-  enum class Kind { kStatic, kBorrowed, kOwned };
+  enum class Kind : std::size_t { kStatic, kBorrowed, kOwned };
+  static constexpr int kKindBits = 2;
 
   KOVAEventText(const char* text, std::size_t length, Kind kind) noexcept
-      : _text(text), _length(length), _kind(kind) {}
+      : _text(text), _lengthAndKind(Pack(length, kind)) {}
+  static std::size_t Pack(std::size_t length, Kind kind) noexcept {
+    return length << kKindBits | static_cast<std::size_t>(kind);
+  }
+  Kind GetKind() const noexcept {
+    return static_cast<Kind>(_lengthAndKind & ((std::size_t{1} << kKindBits) - 1));
+  }
+  // Replaces the text that this object refers to by a copy of its own.
+  void Own();
   void Release() noexcept;
 
   const char* _text = nullptr;
-  std::size_t _length = 0;
-  Kind _kind = Kind::kStatic;
+  // One word for both: a million events may be queued.
+  std::size_t _lengthAndKind = 0;
 };

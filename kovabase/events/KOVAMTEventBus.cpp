@@ -4,13 +4,14 @@
 #include "kovabase/concurrency/KOVASingletonThreadPool.h"
 #include "kovabase/events/KOVAMessageEvents.h"
 #include "kovabase/events/KOVCEvent.h"
+#include "kovabase/events/internal/ChunkMemory.h"
 #include "kovabase/foundation/internal/ChunkedQueue.h"
+#include "kovabase/foundation/internal/StaticThreadLocal.h"
 #include "kovabase/platform/Clock.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstddef>
-#include <cstdint>
 #include <exception>
 #include <utility>
 
@@ -21,15 +22,25 @@ struct QueuedEvent {
   int sequence;
 };
 
-// The address tells the threads apart.
-constinit thread_local char t_threadMark = 0;
+// The records lie between the events that they stand for.
+struct EventMemory {
+  static void* allocate(std::size_t bytes) { return kova::internal::allocateBlock(bytes); }
+  static void release(void* block, std::size_t bytes) noexcept {
+    kova::internal::freeBlock(block, bytes);
+  }
+};
 
-void stampIfTimed(KOVCEvent& event) {
-  if (!event.IsTimed()) return;
-  const long clock = kova::platform::processorClock();
-  const std::int64_t time = kova::platform::currentTime();
-  event.SetClock(clock);
-  event.SetTime(time);
+// The address tells the threads apart.
+KOVABASE_STATIC_THREAD_LOCAL char t_threadMark = 0;
+
+// The copy that goes into a queue, with the time of now.
+std::unique_ptr<KOVCEvent> cloneToQueue(const KOVCEvent& event) {
+  std::unique_ptr<KOVCEvent> clone(event.Clone());
+  if (clone != nullptr && clone->IsTimed()) {
+    clone->SetClock(kova::platform::processorClock());
+    clone->SetTime(kova::platform::currentTime());
+  }
+  return clone;
 }
 
 }  // namespace
@@ -60,7 +71,7 @@ class alignas(64) KOVAMTEventBus::EventQueue {
   }
 
  private:
-  kova::internal::ChunkedQueue<QueuedEvent> _records;
+  kova::internal::ChunkedQueue<QueuedEvent, EventMemory> _records;
 };
 
 // Merges the queues by sequence number. A queue that holds the oldest event often holds the next
@@ -184,17 +195,24 @@ void KOVAMTEventBus::EnqueueEvent(const KOVCEvent& event) {
   // Only the pool's threads of the start of this mode have queues: kept.
   if (!isGuest && (index < 0 || index >= _queueCount)) return;
 
-  std::unique_ptr<KOVCEvent> clone(event.Clone());
-  if (clone == nullptr) return;
-  stampIfTimed(*clone);
-  if (!isGuest) {
-    Append(_queues[static_cast<std::size_t>(index)], std::move(clone));
+  if (isGuest) {
+    EnqueueGuestEvent(event);
     return;
   }
+  // The number first: an interlocked operation waits for every write before it.
+  const int sequence = static_cast<int>(_sequence.AtomicIncrement());
+  if (std::unique_ptr<KOVCEvent> clone = cloneToQueue(event)) {
+    _queues[static_cast<std::size_t>(index)].push(std::move(clone), sequence);
+  }
+}
+
+void KOVAMTEventBus::EnqueueGuestEvent(const KOVCEvent& event) {
+  std::unique_ptr<KOVCEvent> clone = cloneToQueue(event);
+  if (clone == nullptr) return;
   {
     const std::lock_guard guard(_guestMutex);
     if (_parallel) {
-      Append(*_guestQueue, std::move(clone));
+      _guestQueue->push(std::move(clone), static_cast<int>(_sequence.AtomicIncrement()));
       return;
     }
   }
@@ -202,11 +220,9 @@ void KOVAMTEventBus::EnqueueEvent(const KOVCEvent& event) {
   Deliver(*clone);
 }
 
-void KOVAMTEventBus::Append(EventQueue& queue, std::unique_ptr<KOVCEvent> clone) {
-  queue.push(std::move(clone), static_cast<int>(_sequence.AtomicIncrement()));
+void KOVAMTEventBus::FireEventFromQueue(const Delivery& delivery, KOVCEvent& event) {
+  delivery.Hand(event);
 }
-
-void KOVAMTEventBus::FireEventFromQueue(KOVCEvent& event) { Deliver(event); }
 
 void KOVAMTEventBus::PrivateSetParallelMode() {
   Initialize();
@@ -234,10 +250,12 @@ void KOVAMTEventBus::PrivateSetSingleThreadedMode() {
   std::exception_ptr failure;
   _flushing = true;
   Merge merge(*this);
+  // Nobody changes the listeners in this mode.
+  const Delivery delivery(*this);
   for (bool isDone = false; !isDone;) {
     while (const std::unique_ptr<KOVCEvent> event = merge.takeOldest()) {
       try {
-        FireEventFromQueue(*event);
+        FireEventFromQueue(delivery, *event);
       } catch (...) {
         if (failure == nullptr) failure = std::current_exception();
       }
@@ -251,5 +269,7 @@ void KOVAMTEventBus::PrivateSetSingleThreadedMode() {
     _guestQueue.reset();
   }
   _flushing = false;
+  kova::internal::settleFrees();
+  kova::internal::offerIdleMemory();
   if (failure != nullptr) std::rethrow_exception(failure);
 }

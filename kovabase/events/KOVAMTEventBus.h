@@ -61,8 +61,8 @@ class KOVABASE_API KOVAMTEventBus : public KOVCEventBus {
 
   void Initialize();
   void EnqueueEvent(const KOVCEvent& event);
-  void Append(EventQueue& queue, std::unique_ptr<KOVCEvent> clone);
-  void FireEventFromQueue(KOVCEvent& event);
+  void EnqueueGuestEvent(const KOVCEvent& event);
+  void FireEventFromQueue(const Delivery& delivery, KOVCEvent& event);
   void PrivateSetParallelMode();
   void PrivateSetSingleThreadedMode();
 

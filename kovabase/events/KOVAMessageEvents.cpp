@@ -30,9 +30,11 @@ KOVAEventText borrow(const char* text) {
 
 // KOVATextEvent
 
-KOVATextEvent::KOVATextEvent(KOVAEventText name, KOVAEventLevel level,
-                             KOVAEventText message) noexcept
-    : KOVCEvent(std::move(name), level), _message(std::move(message)) {}
+KOVATextEvent::KOVATextEvent(KOVAEventText name, KOVAEventLevel level, KOVAEventText message,
+                             bool isLabelShown) noexcept
+    : KOVCEvent(std::move(name), level),
+      _isLabelShown(isLabelShown),
+      _message(std::move(message)) {}
 
 KOVATextEvent::KOVATextEvent(const KOVATextEvent& other) = default;
 
@@ -49,10 +51,9 @@ void KOVATextEvent::WriteLine(KOVAOutputStream* stream, const char* label) const
 
 // KOVAMessageEvent
 
-KOVAMessageEvent::KOVAMessageEvent(KOVAEventText message, bool hasLabel) noexcept
+KOVAMessageEvent::KOVAMessageEvent(KOVAEventText message, bool isLabelShown) noexcept
     : KOVATextEvent(KOVAEventText::Static("KOVAMessageEvent"), KOVAEventLevels::kMessage,
-                    std::move(message)),
-      _hasLabel(hasLabel) {}
+                    std::move(message), isLabelShown) {}
 
 KOVAMessageEvent::KOVAMessageEvent(const char* format, ...)
     : KOVAMessageEvent(KOVAEventText(), true) {
@@ -107,7 +108,7 @@ void KOVAMessageEvent::Fire(const char* text, KOVAEventLabel label,
 }
 
 void KOVAMessageEvent::GetFormattedDescription(KOVAOutputStream* stream) {
-  WriteLine(stream, _hasLabel ? "Message : " : nullptr);
+  WriteLine(stream, IsLabelShown() ? "Message : " : nullptr);
 }
 
 KOVCEvent* KOVAMessageEvent::Clone() const { return new KOVAMessageEvent(*this); }

@@ -36,7 +36,8 @@ class KOVABASE_API KOVATextEvent : public KOVCEvent {
   const char* GetMessage() const noexcept { return _message.Get(); }
 
  protected:
-  KOVATextEvent(KOVAEventText name, KOVAEventLevel level, KOVAEventText message = {}) noexcept;
+  KOVATextEvent(KOVAEventText name, KOVAEventLevel level, KOVAEventText message = {},
+                bool isLabelShown = true) noexcept;
   KOVATextEvent(const KOVATextEvent& other);
 
   /// Formats and keeps the message; null when it is empty.
@@ -46,7 +47,11 @@ class KOVABASE_API KOVATextEvent : public KOVCEvent {
   /// Writes the label, the message and the end of the line.
   void WriteLine(KOVAOutputStream* stream, const char* label) const;
 
+  bool IsLabelShown() const noexcept { return _isLabelShown; }
+
  private:
+  // Here, where the base leaves room, instead of in the class that needs it.
+  bool _isLabelShown;
   KOVAEventText _message;
 };
 
@@ -65,7 +70,7 @@ class KOVABASE_API KOVAMessageEvent : public KOVATextEvent {
   static void Fire(const char* format, KOVAEventLabel label, ...) KOVABASE_PRINTF(1, 3);
   static void Fire(const char* text, KOVAEventLabel label, KOVAEventLabel unformatted);
 
-  bool HasLabel() const noexcept { return _hasLabel; }
+  bool HasLabel() const noexcept { return IsLabelShown(); }
 
   void GetFormattedDescription(KOVAOutputStream* stream) override;
   KOVCEvent* Clone() const override;
@@ -77,9 +82,7 @@ class KOVABASE_API KOVAMessageEvent : public KOVATextEvent {
   template <typename Event, std::atomic<int>& Depth>
   friend class KOVAMessageChannel;
   friend class KOVAInfo;
-  explicit KOVAMessageEvent(KOVAEventText message, bool hasLabel = true) noexcept;
-
-  bool _hasLabel = true;
+  explicit KOVAMessageEvent(KOVAEventText message, bool isLabelShown = true) noexcept;
 };
 
 /// A warning, level 70.

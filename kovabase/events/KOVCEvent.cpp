@@ -37,13 +37,6 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
 KOVCEvent::KOVCEvent(const char* name, KOVAEventLevel level)
     : _name(name != nullptr ? name : ""), _level(level) {}
 
-KOVCEvent::KOVCEvent(KOVAEventText name, KOVAEventLevel level) noexcept
-    : _name(std::move(name)), _level(level) {}
-
-KOVCEvent::KOVCEvent(const KOVCEvent& other) = default;
-
-KOVCEvent::~KOVCEvent() = default;
-
 void KOVCEvent::GetFormattedDescription(KOVAOutputStream* /*stream*/) {}
 
 bool KOVCEvent::IsTimed() { return false; }

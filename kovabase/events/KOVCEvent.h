@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <utility>
 
 class KOVAOutputStream;
 
@@ -19,13 +20,13 @@ class KOVABASE_API KOVCEvent {
  public:
   /// @param name  copied; null is the empty text.
   KOVCEvent(const char* name, KOVAEventLevel level);
-  KOVCEvent(const KOVCEvent& other);
+  KOVCEvent(const KOVCEvent& other) = default;
   KOVCEvent& operator=(const KOVCEvent&) = delete;
 
   /// Writes the text that a person reads, lines with their ends. The base writes nothing; a null
   /// stream is ignored.
   virtual void GetFormattedDescription(KOVAOutputStream* stream);
-  virtual ~KOVCEvent();
+  virtual ~KOVCEvent() = default;
   /// Whether the bus stamps the event with clock and time when it queues it.
   virtual bool IsTimed();
   /// @return a copy of the same class on the heap, the caller's to `delete`, on any thread.
@@ -61,12 +62,14 @@ class KOVABASE_API KOVCEvent {
   static void operator delete(void*, void*) noexcept {}
 
  protected:
-  KOVCEvent(KOVAEventText name, KOVAEventLevel level) noexcept;
+  KOVCEvent(KOVAEventText name, KOVAEventLevel level) noexcept
+      : _name(std::move(name)), _level(level) {}
   void SetEventName(KOVAEventText name) noexcept;
 
  private:
+  // Ordered for size: a million events may be queued.
   KOVAEventText _name;
-  KOVAEventLevel _level;
-  long _clock = 0;
   std::int64_t _time = 0;
+  long _clock = 0;
+  KOVAEventLevel _level;
 };

@@ -25,25 +25,31 @@ constinit std::atomic<KOVCEventBus*> g_eventBus{nullptr};
 
 }  // namespace
 
-// While one lives, no list of listeners is freed. The sequentially consistent order of "count up,
-// then read the list" here and "replace the list, then read the count" in FreeRetired makes sure
-// that a delivery that was not counted reads the new list.
-class KOVCEventBus::Delivery {
- public:
-  explicit Delivery(KOVCEventBus& bus) noexcept : _bus(bus) { _bus._deliveries.fetch_add(1); }
-  Delivery(const Delivery&) = delete;
-  Delivery& operator=(const Delivery&) = delete;
-  ~Delivery() {
-    const bool wasLast = _bus._deliveries.fetch_sub(1) == 1;
-    if (wasLast && _bus._retired.load(std::memory_order_relaxed) != nullptr) {
-      const std::lock_guard guard(_bus._change);
-      _bus.FreeRetired();
-    }
-  }
+// The sequentially consistent order of "count up, then read the list" here and "replace the list,
+// then read the count" in FreeRetired makes sure that a delivery that was not counted reads the new
+// list.
+KOVCEventBus::Delivery::Delivery(KOVCEventBus& bus) noexcept : _bus(bus) {
+  _bus._deliveries.fetch_add(1);
+  _listeners = _bus._listeners.load();
+}
 
- private:
-  KOVCEventBus& _bus;
-};
+KOVCEventBus::Delivery::~Delivery() {
+  const bool wasLast = _bus._deliveries.fetch_sub(1) == 1;
+  if (wasLast && _bus._retired.load(std::memory_order_relaxed) != nullptr) {
+    const std::lock_guard guard(_bus._change);
+    _bus.FreeRetired();
+  }
+}
+
+void KOVCEventBus::Delivery::Hand(KOVCEvent& event) const {
+  if (_listeners == nullptr) return;
+  for (const Registration& entry : _listeners->entries) {
+    // A listener may have removed, and destroyed, one that stands behind it.
+    const bool isChanged = _bus._listeners.load(std::memory_order_acquire) != _listeners;
+    if (isChanged && !_bus.IsRegistered(entry)) continue;
+    entry.listener->HandleEvent(event);
+  }
+}
 
 KOVCEventBus::~KOVCEventBus() {
   KOVCEventBus* self = this;
@@ -91,17 +97,7 @@ KOVCEventBus& KOVCEventBus::GetEventBus() {
 
 void KOVCEventBus::Fire(KOVCEvent& event) { GetEventBus().Send(event); }
 
-void KOVCEventBus::Deliver(KOVCEvent& event) {
-  const Delivery delivery(*this);
-  const Listeners* const listeners = _listeners.load();
-  if (listeners == nullptr) return;
-  for (const Registration& entry : listeners->entries) {
-    // A listener may have removed, and destroyed, one that stands behind it.
-    const bool isChanged = _listeners.load(std::memory_order_acquire) != listeners;
-    if (isChanged && !IsRegistered(entry)) continue;
-    entry.listener->HandleEvent(event);
-  }
-}
+void KOVCEventBus::Deliver(KOVCEvent& event) { Delivery(*this).Hand(event); }
 
 // Needs the change lock, except at the end of the bus.
 void KOVCEventBus::Publish(const Listeners* listeners) noexcept {

@@ -44,18 +44,35 @@ class KOVABASE_API KOVCEventBus {
   /// Sends the event to the process's bus.
   static void Fire(KOVCEvent& event);
 
+ private:
+  struct Listeners;
+
  protected:
   /// Hands the event to every listener, as `Send` of this class does.
   void Deliver(KOVCEvent& event);
+
+  /// While one lives, the list of listeners that it reads is not freed.
+  class Delivery {
+   public:
+    explicit Delivery(KOVCEventBus& bus) noexcept;
+    Delivery(const Delivery&) = delete;
+    Delivery& operator=(const Delivery&) = delete;
+    ~Delivery();
+
+    /// Hands the event to the listeners that there were when this object was made and still are.
+    void Hand(KOVCEvent& event) const;
+
+   private:
+    KOVCEventBus& _bus;
+    const Listeners* _listeners;
+  };
 
   /// Makes `bus` the process's bus unless there is one. @return the process's bus.
   static KOVCEventBus& RegisterUnlessPresent(KOVCEventBus& bus) noexcept;
 
  private:
   // Never changed once it is published.
-  struct Listeners;
   struct Registration;
-  class Delivery;
 
   // Defined with KOVAMTEventBus, which stands above this class.
   static KOVCEventBus& RegisterDefaultBus();

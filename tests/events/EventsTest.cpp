@@ -16,9 +16,9 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 using kova::test::describe;
 using kova::test::EventRecorder;
@@ -123,10 +123,13 @@ std::string tell(KOVCEvent& event) {
          << std::string(identifier, static_cast<std::size_t>(length)) << "' shown as '"
          << task->GetTaskName() << "'" << (event.IsTimed() ? ", timed" : "");
   }
-  const std::string description = describe(event);
-  return text.str() + "\n" +
-         std::regex_replace(description, std::regex("Finish Time : [^\n]+\n"),
-                            "Finish Time : (a time)\n");
+  std::string description = describe(event);
+  constexpr std::string_view kFinishTime = "Finish Time : ";
+  if (description.starts_with(kFinishTime)) {
+    const std::size_t end = description.find('\n');
+    description.replace(kFinishTime.size(), end - kFinishTime.size(), "(a time)");
+  }
+  return text.str() + "\n" + description;
 }
 
 std::string readGolden() {

@@ -1,8 +1,14 @@
 #include "kovabase/events/internal/ChunkMemory.h"
 
+#include "kovabase/foundation/internal/StaticThreadLocal.h"
+#include "kovabase/platform/Memory.h"
+
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 #include <new>
+#include <utility>
 
 #if __has_include(<sanitizer/asan_interface.h>)
 #include <sanitizer/asan_interface.h>
@@ -15,9 +21,13 @@ namespace kova::internal {
 
 namespace {
 
-constexpr std::size_t kChunkBytes = 64 * 1024;
-constexpr std::size_t kLargestBlock = 4 * 1024;
+// Only what is touched costs memory. One lock is taken for each chunk: some eight thousand events.
+constexpr std::size_t kChunkBytes = 1024 * 1024;
+constexpr std::size_t kLargestBlock = 16 * 1024;
 constexpr std::size_t kAlignment = 16;
+constexpr int kMostSpareChunks = 256;
+// The first page of a spare chunk links it to the next one.
+constexpr std::size_t kPageBytes = 4096;
 
 // Stands for the blocks that the owning thread may still hand out.
 constexpr std::int32_t kOwned = 1 << 24;
@@ -26,71 +36,122 @@ constexpr std::int32_t kOwned = 1 << 24;
 // gives its chunk. A cache line of its own: other threads write it.
 struct alignas(64) Chunk {
   std::atomic<std::int32_t> liveBlocks{kOwned};
+  // Only while the chunk is spare.
+  Chunk* nextSpare = nullptr;
+  bool isOffered = false;
 };
 
-struct ThreadChunk {
-  char* next = nullptr;
-  char* end = nullptr;
-  Chunk* chunk = nullptr;
-  std::int32_t handedOut = 0;
-  bool isThreadEnding = false;
+// A stack, so that chunks that are not needed any more sink to its bottom.
+struct SpareChunks {
+  std::mutex mutex;
+  Chunk* top = nullptr;
+  int count = 0;
+  int lowestCount = 0;
 };
 
-constinit thread_local ThreadChunk t_current{};
+constinit SpareChunks g_spares;
 
-std::size_t roundUp(std::size_t bytes) { return (bytes + kAlignment - 1) & ~(kAlignment - 1); }
-
-Chunk* makeChunk() {
-  void* const memory = ::operator new (kChunkBytes, std::align_val_t{kChunkBytes});
+Chunk* takeChunk() {
+  void* memory = nullptr;
+  {
+    const std::lock_guard guard(g_spares.mutex);
+    if (g_spares.top != nullptr) {
+      memory = std::exchange(g_spares.top, g_spares.top->nextSpare);
+      g_spares.lowestCount = std::min(g_spares.lowestCount, --g_spares.count);
+    }
+  }
+  if (memory == nullptr) memory = platform::mapPages(kChunkBytes, kChunkBytes);
+  if (memory == nullptr) throw std::bad_alloc();
   Chunk* const chunk = ::new (memory) Chunk;
   ASAN_POISON_MEMORY_REGION(chunk + 1, kChunkBytes - sizeof(Chunk));
   return chunk;
 }
 
-void dropBlocks(Chunk* chunk, std::int32_t count) noexcept {
-  if (chunk->liveBlocks.fetch_sub(count, std::memory_order_acq_rel) != count) return;
+void giveBackChunk(Chunk* chunk) noexcept {
   ASAN_UNPOISON_MEMORY_REGION(chunk, kChunkBytes);
-  ::operator delete (chunk, std::align_val_t{kChunkBytes});
+  {
+    const std::lock_guard guard(g_spares.mutex);
+    if (g_spares.count < kMostSpareChunks) {
+      chunk->nextSpare = std::exchange(g_spares.top, chunk);
+      ++g_spares.count;
+      return;
+    }
+  }
+  platform::unmapPages(chunk, kChunkBytes);
 }
+
+void dropBlocks(Chunk* chunk, std::int32_t count) noexcept {
+  if (chunk->liveBlocks.fetch_sub(count, std::memory_order_acq_rel) == count) giveBackChunk(chunk);
+}
+
+// What one thread makes and frees.
+struct ThreadChunks {
+  char* next = nullptr;
+  char* end = nullptr;
+  Chunk* current = nullptr;
+  std::int32_t handedOut = 0;
+  // Blocks freed from one chunk that it does not know of yet.
+  std::int32_t freed = 0;
+  Chunk* freedFrom = nullptr;
+  bool isThreadEnding = false;
+};
+
+KOVABASE_STATIC_THREAD_LOCAL ThreadChunks t_chunks{};
 
 void leaveChunk() noexcept {
-  if (t_current.chunk != nullptr) dropBlocks(t_current.chunk, kOwned - t_current.handedOut);
-  const bool isThreadEnding = t_current.isThreadEnding;
-  t_current = ThreadChunk{};
-  t_current.isThreadEnding = isThreadEnding;
+  if (t_chunks.current != nullptr) dropBlocks(t_chunks.current, kOwned - t_chunks.handedOut);
+  t_chunks.next = t_chunks.end = nullptr;
+  t_chunks.current = nullptr;
+  t_chunks.handedOut = 0;
 }
 
-// Apart from ThreadChunk, so that the fast path meets no guard of a destructor.
+// Apart from ThreadChunks, so that the fast paths meet no guard of a destructor.
 struct ThreadEnd {
   void notice() noexcept {}
   ~ThreadEnd() {
     leaveChunk();
-    t_current.isThreadEnding = true;
+    settleFrees();
+    t_chunks.isThreadEnding = true;
   }
 };
 
-void takeNewChunk() {
+void noticeThreadEnd() {
   thread_local ThreadEnd threadEnd;
   threadEnd.notice();
-  Chunk* const chunk = makeChunk();
+}
+
+void startNewChunk() {
+  noticeThreadEnd();
+  Chunk* const chunk = takeChunk();
   leaveChunk();
-  t_current.chunk = chunk;
-  t_current.next = reinterpret_cast<char*>(chunk + 1);
-  t_current.end = reinterpret_cast<char*>(chunk) + kChunkBytes;
+  t_chunks.current = chunk;
+  t_chunks.next = reinterpret_cast<char*>(chunk + 1);
+  t_chunks.end = reinterpret_cast<char*>(chunk) + kChunkBytes;
 }
 
 }  // namespace
 
+void offerIdleMemory() noexcept {
+  const std::lock_guard guard(g_spares.mutex);
+  int depth = 0;
+  for (Chunk* chunk = g_spares.top; chunk != nullptr; chunk = chunk->nextSpare) {
+    if (++depth <= g_spares.count - g_spares.lowestCount || chunk->isOffered) continue;
+    platform::offerPages(reinterpret_cast<char*>(chunk) + kPageBytes, kChunkBytes - kPageBytes);
+    chunk->isOffered = true;
+  }
+  g_spares.lowestCount = g_spares.count;
+}
+
 void* allocateBlock(std::size_t bytes) {
   if (bytes > kLargestBlock) return ::operator new(bytes);
-  const std::size_t rounded = roundUp(bytes);
-  if (static_cast<std::size_t>(t_current.end - t_current.next) < rounded) takeNewChunk();
-  char* const block = t_current.next;
-  t_current.next += rounded;
-  ++t_current.handedOut;
+  const std::size_t rounded = (bytes + kAlignment - 1) & ~(kAlignment - 1);
+  if (static_cast<std::size_t>(t_chunks.end - t_chunks.next) < rounded) startNewChunk();
+  char* const block = t_chunks.next;
+  t_chunks.next += rounded;
+  ++t_chunks.handedOut;
   ASAN_UNPOISON_MEMORY_REGION(block, bytes);
   // After the end of the thread's own objects nobody is left to leave the chunk later.
-  if (t_current.isThreadEnding) leaveChunk();
+  if (t_chunks.isThreadEnding) leaveChunk();
   return block;
 }
 
@@ -101,7 +162,20 @@ void freeBlock(void* block, std::size_t bytes) noexcept {
   }
   ASAN_POISON_MEMORY_REGION(block, bytes);
   const auto address = reinterpret_cast<std::uintptr_t>(block);
-  dropBlocks(reinterpret_cast<Chunk*>(address & ~(std::uintptr_t{kChunkBytes} - 1)), 1);
+  Chunk* const chunk = reinterpret_cast<Chunk*>(address & ~(std::uintptr_t{kChunkBytes} - 1));
+  if (chunk != t_chunks.freedFrom) {
+    settleFrees();
+    noticeThreadEnd();
+    t_chunks.freedFrom = chunk;
+  }
+  ++t_chunks.freed;
+  if (t_chunks.isThreadEnding) settleFrees();
+}
+
+void settleFrees() noexcept {
+  if (t_chunks.freedFrom != nullptr) dropBlocks(t_chunks.freedFrom, t_chunks.freed);
+  t_chunks.freedFrom = nullptr;
+  t_chunks.freed = 0;
 }
 
 }  // namespace kova::internal

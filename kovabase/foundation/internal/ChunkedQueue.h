@@ -1,15 +1,21 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <new>
 #include <type_traits>
 #include <utility>
 
 namespace kova::internal {
 
+/// The plain heap for the chunks of a queue.
+struct HeapMemory {
+  static void* allocate(std::size_t bytes) { return ::operator new(bytes); }
+  static void release(void* block, std::size_t /*bytes*/) noexcept { ::operator delete(block); }
+};
+
 /// A first-in first-out queue of small records in chunks, so that a million of them cost a few
 /// thousand allocations and no copy. Not synchronised.
-template <typename T>
+template <typename T, typename Memory = HeapMemory>
 class ChunkedQueue {
   static_assert(std::is_trivially_copyable_v<T>);
 
@@ -19,7 +25,7 @@ class ChunkedQueue {
   ChunkedQueue& operator=(const ChunkedQueue&) = delete;
   ~ChunkedQueue() { clear(); }
 
-  bool isEmpty() const noexcept { return _first.get() == _last && _front == _back; }
+  bool isEmpty() const noexcept { return _first == _last && _front == _back; }
 
   void push(const T& record) {
     if (_last == nullptr || _back == kRecordsPerChunk) addChunk();
@@ -41,9 +47,8 @@ class ChunkedQueue {
 
   /// Forgets all records and frees the memory.
   void clear() noexcept {
-    // A loop, since a chain of owners would be destroyed by recursion.
-    while (_first != nullptr) _first = std::move(_first->next);
-    _spare.reset();
+    while (_first != nullptr) release(std::exchange(_first, _first->next));
+    if (_spare != nullptr) release(std::exchange(_spare, nullptr));
     _last = nullptr;
     _front = _back = 0;
   }
@@ -52,29 +57,34 @@ class ChunkedQueue {
   static constexpr std::size_t kRecordsPerChunk = 510;
 
   struct Chunk {
-    std::unique_ptr<Chunk> next;
+    Chunk* next;
     T records[kRecordsPerChunk];
   };
 
+  static void release(Chunk* chunk) noexcept { Memory::release(chunk, sizeof(Chunk)); }
+
   void addChunk() {
-    // Not make_unique: the records need no zeros.
-    if (_spare == nullptr) _spare.reset(new Chunk);
-    Chunk* const added = _spare.get();
-    (_last != nullptr ? _last->next : _first) = std::move(_spare);
+    Chunk* const added = _spare != nullptr ? std::exchange(_spare, nullptr)
+                                           : static_cast<Chunk*>(Memory::allocate(sizeof(Chunk)));
+    added->next = nullptr;
+    (_last != nullptr ? _last->next : _first) = added;
     _last = added;
     _back = 0;
   }
 
   // One chunk is kept, so that a short queue that is filled and emptied again allocates nothing.
   void dropChunk() noexcept {
-    std::unique_ptr<Chunk> next = std::move(_first->next);
-    _spare = std::move(_first);
-    _first = std::move(next);
+    Chunk* const dropped = std::exchange(_first, _first->next);
     _front = 0;
+    if (_spare == nullptr) {
+      _spare = dropped;
+    } else {
+      release(dropped);
+    }
   }
 
-  std::unique_ptr<Chunk> _first;
-  std::unique_ptr<Chunk> _spare;
+  Chunk* _first = nullptr;
+  Chunk* _spare = nullptr;
   Chunk* _last = nullptr;
   // The oldest record in the first chunk, the next free place in the last one.
   std::size_t _front = 0;

@@ -1,0 +1,3 @@
+#include "benchmarks/events/QtSender.h"
+
+void QtReceiver::receive(int level, const char* text) { total += level + *text; }
