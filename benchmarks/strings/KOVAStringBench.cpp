@@ -1,5 +1,5 @@
 // The string beside icu::UnicodeString, QString, std::u16string and OCCT's extended string, on the
-// same texts. Names are work/texts/library, so that a filter on the work shows all of them.
+// same texts.
 
 #include "kovabase/strings/KOVAString.h"
 
@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
+#include <cstring>
 #include <memory>
 #include <random>
 #include <string>
@@ -71,97 +72,111 @@ std::string sizeName(std::size_t count) {
 
 void addFromNarrow(std::size_t count) {
   const std::string text = makeASCII(count);
-  const std::string work = "from_ascii/" + sizeName(count) + "/";
-  add(work + "kova_default", [text] { benchmark::DoNotOptimize(KOVAString(text.c_str())); });
-  for (const char* codepage : {"ISO-8859-1", "US-ASCII", "latin1", "windows-1252"}) {
-    add(work + "kova_" + codepage,
-        [text, codepage] { benchmark::DoNotOptimize(KOVAString(text.c_str(), codepage)); });
-  }
-  add(work + "icu_utf8",
+  const std::string size = "/" + sizeName(count);
+  add("text from ASCII/KOVAString" + size,
+      [text] { benchmark::DoNotOptimize(KOVAString(text.c_str())); });
+  add("text from ASCII/icu::UnicodeString" + size,
       [text] { benchmark::DoNotOptimize(icu::UnicodeString::fromUTF8(text.c_str())); });
-  const std::shared_ptr<UConverter> converter(
-      [] {
-        UErrorCode status = U_ZERO_ERROR;
-        return ucnv_open("ISO-8859-1", &status);
-      }(),
-      ucnv_close);
-  add(work + "icu_converter", [text, converter] {
-    UErrorCode status = U_ZERO_ERROR;
-    benchmark::DoNotOptimize(icu::UnicodeString(text.c_str(), -1, converter.get(), status));
+  add("text from ASCII/std::u16string" + size, [text] {
+    const char* const begin = text.c_str();
+    benchmark::DoNotOptimize(std::u16string(begin, begin + std::strlen(begin)));
   });
-  add(work + "u16string",
-      [text] { benchmark::DoNotOptimize(std::u16string(text.begin(), text.end())); });
 #ifdef KOVA_HAS_QT
-  add(work + "qt_utf8", [text] { benchmark::DoNotOptimize(QString::fromUtf8(text.c_str())); });
-  add(work + "qt_latin1", [text] { benchmark::DoNotOptimize(QString::fromLatin1(text.c_str())); });
+  add("text from ASCII/QString" + size,
+      [text] { benchmark::DoNotOptimize(QString::fromUtf8(text.c_str())); });
 #endif
 #ifdef KOVA_HAS_OCCT
-  add(work + "occt",
+  add("text from ASCII/TCollection_ExtendedString" + size,
       [text] { benchmark::DoNotOptimize(TCollection_ExtendedString(text.c_str())); });
 #endif
+  for (const char* codepage : {"ISO-8859-1", "US-ASCII", "latin1", "windows-1252"}) {
+    const std::string work = std::string("text from ") + codepage + "/";
+    add(work + "KOVAString" + size,
+        [text, codepage] { benchmark::DoNotOptimize(KOVAString(text.c_str(), codepage)); });
+    const std::shared_ptr<UConverter> converter(
+        [codepage] {
+          UErrorCode status = U_ZERO_ERROR;
+          return ucnv_open(codepage, &status);
+        }(),
+        ucnv_close);
+    add(work + "icu::UnicodeString" + size, [text, converter] {
+      UErrorCode status = U_ZERO_ERROR;
+      benchmark::DoNotOptimize(icu::UnicodeString(text.c_str(), -1, converter.get(), status));
+    });
+#ifdef KOVA_HAS_QT
+    if (codepage != std::string("windows-1252")) {
+      add(work + "QString" + size,
+          [text] { benchmark::DoNotOptimize(QString::fromLatin1(text.c_str())); });
+    }
+#endif
+  }
 }
 
-void addFromUTF8(const char* kind, const std::string& text) {
-  const std::string work = std::string(kind) + "/" + sizeName(text.size()) + "/";
-  add(work + "kova", [text] { benchmark::DoNotOptimize(KOVAString(text.c_str(), "UTF-8")); });
-  add(work + "icu",
+void addFromUTF8(const std::string& work, const std::string& text) {
+  const std::string size = "/" + sizeName(text.size());
+  add(work + "/KOVAString" + size,
+      [text] { benchmark::DoNotOptimize(KOVAString(text.c_str(), "UTF-8")); });
+  add(work + "/icu::UnicodeString" + size,
       [text] { benchmark::DoNotOptimize(icu::UnicodeString::fromUTF8(text.c_str())); });
 #ifdef KOVA_HAS_QT
-  add(work + "qt", [text] { benchmark::DoNotOptimize(QString::fromUtf8(text.c_str())); });
+  add(work + "/QString" + size,
+      [text] { benchmark::DoNotOptimize(QString::fromUtf8(text.c_str())); });
 #endif
 #ifdef KOVA_HAS_OCCT
-  add(work + "occt",
+  add(work + "/TCollection_ExtendedString" + size,
       [text] { benchmark::DoNotOptimize(TCollection_ExtendedString(text.c_str(), true)); });
 #endif
 }
 
 // Ours and ICU's into a given buffer, with and without asking for the size before; QString's into
 // a new array.
-void addToUTF8(const char* kind, const std::string& narrow) {
+void addToUTF8(const std::string& work, const std::string& narrow) {
   const std::u16string text = widen(narrow);
-  const std::string work = std::string(kind) + "/" + sizeName(narrow.size()) + "/";
+  const std::string size = "/" + sizeName(narrow.size());
   const auto buffer = std::make_shared<std::vector<char>>(narrow.size() * 3 + 1);
   const KOVAString ours = KOVAString::fromUnits(toUnits(text.c_str()), lengthOf(text));
-  add(work + "kova", [ours, buffer] {
+  add(work + "/KOVAString" + size, [ours, buffer] {
     benchmark::DoNotOptimize(ours.convertToUTF8(buffer->data(), static_cast<int>(buffer->size())));
   });
-  add(work + "kova_measured_first", [ours, buffer] {
+  add(work + "/KOVAString measured first" + size, [ours, buffer] {
     benchmark::DoNotOptimize(ours.convertToUTF8(buffer->data(), ours.getConvertToUTF8Size()));
   });
   const icu::UnicodeString wide(toICU(text.c_str()), lengthOf(text));
-  add(work + "icu", [wide, buffer] {
+  add(work + "/icu::UnicodeString" + size, [wide, buffer] {
     icu::CheckedArrayByteSink sink(buffer->data(), static_cast<int>(buffer->size()));
     wide.toUTF8(sink);
     benchmark::DoNotOptimize(sink.NumberOfBytesWritten());
   });
 #ifdef KOVA_HAS_QT
   const QString qt = QString::fromUtf16(text.c_str(), lengthOf(text));
-  add(work + "qt", [qt] { benchmark::DoNotOptimize(qt.toUtf8()); });
+  add(work + "/QString" + size, [qt] { benchmark::DoNotOptimize(qt.toUtf8()); });
 #endif
 }
 
 void addToASCII() {
   const std::string text = makeASCII(200);
   const KOVAString ours(text.c_str());
-  const std::string work = "to_ascii/200/";
-  add(work + "kova", [ours] {
+  add("text to US-ASCII/KOVAString/200", [ours] {
     char buffer[256];
     benchmark::DoNotOptimize(ours.convertToMBCS(buffer, 256, "US-ASCII", true, '_'));
     benchmark::DoNotOptimize(buffer);
   });
-  add(work + "kova_windows-1252", [ours] {
+  add("text to windows-1252/KOVAString/200", [ours] {
     char buffer[256];
     benchmark::DoNotOptimize(ours.convertToMBCS(buffer, 256, "windows-1252", true, '_'));
     benchmark::DoNotOptimize(buffer);
   });
   const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(text);
-  add(work + "icu", [wide] {
-    char buffer[256];
-    benchmark::DoNotOptimize(wide.extract(0, wide.length(), buffer, 256, "US-ASCII"));
-  });
+  for (const char* codepage : {"US-ASCII", "windows-1252"}) {
+    const std::string name = std::string("text to ") + codepage + "/icu::UnicodeString/200";
+    add(name, [wide, codepage] {
+      char buffer[256];
+      benchmark::DoNotOptimize(wide.extract(0, wide.length(), buffer, 256, codepage));
+    });
+  }
 #ifdef KOVA_HAS_QT
   const QString qt = QString::fromUtf8(text.c_str());
-  add(work + "qt", [qt] { benchmark::DoNotOptimize(qt.toLatin1()); });
+  add("text to US-ASCII/QString/200", [qt] { benchmark::DoNotOptimize(qt.toLatin1()); });
 #endif
 }
 
@@ -172,19 +187,23 @@ void addComposition() {
   const KOVAString ourRight = KOVAString::fromUnits(toUnits(right.c_str()), 12);
   const icu::UnicodeString icuLeft(left.c_str(), 12);
   const icu::UnicodeString icuRight(right.c_str(), 12);
-  add("copy/12/kova", [ourLeft] { benchmark::DoNotOptimize(KOVAString(ourLeft)); });
-  add("copy/12/icu", [icuLeft] { benchmark::DoNotOptimize(icu::UnicodeString(icuLeft)); });
-  add("copy/12/u16string", [left] { benchmark::DoNotOptimize(std::u16string(left)); });
-  add("concatenate/12/kova", [ourLeft, ourRight] { benchmark::DoNotOptimize(ourLeft + ourRight); });
-  add("concatenate/12/icu", [icuLeft, icuRight] { benchmark::DoNotOptimize(icuLeft + icuRight); });
-  add("concatenate/12/u16string", [left, right] { benchmark::DoNotOptimize(left + right); });
+  add("copy texts/KOVAString/12", [ourLeft] { benchmark::DoNotOptimize(KOVAString(ourLeft)); });
+  add("copy texts/icu::UnicodeString/12",
+      [icuLeft] { benchmark::DoNotOptimize(icu::UnicodeString(icuLeft)); });
+  add("copy texts/std::u16string/12", [left] { benchmark::DoNotOptimize(std::u16string(left)); });
+  add("concatenate texts/KOVAString/12",
+      [ourLeft, ourRight] { benchmark::DoNotOptimize(ourLeft + ourRight); });
+  add("concatenate texts/icu::UnicodeString/12",
+      [icuLeft, icuRight] { benchmark::DoNotOptimize(icuLeft + icuRight); });
+  add("concatenate texts/std::u16string/12",
+      [left, right] { benchmark::DoNotOptimize(left + right); });
 
-  add("append/1000/kova", [ourLeft] {
+  add("append and copy/KOVAString/1000", [ourLeft] {
     KOVAString text;
     for (int i = 0; i < 1000; ++i) text += ourLeft;
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/kova_kept_copy", [ourLeft] {
+  add("append and use the copy/KOVAString/1000", [ourLeft] {
     KOVAString text;
     for (int i = 0; i < 1000; ++i) {
       const KOVAString copy = text += ourLeft;
@@ -192,17 +211,17 @@ void addComposition() {
     }
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/kova_append", [ourLeft] {
+  add("append/KOVAString/1000", [ourLeft] {
     KOVAString text;
     for (int i = 0; i < 1000; ++i) text.append(ourLeft);
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/icu", [icuLeft] {
+  add("append/icu::UnicodeString/1000", [icuLeft] {
     icu::UnicodeString text;
     for (int i = 0; i < 1000; ++i) text += icuLeft;
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/icu_shared_copy", [icuLeft] {
+  add("append and use the copy/icu::UnicodeString sharing/1000", [icuLeft] {
     icu::UnicodeString text;
     for (int i = 0; i < 1000; ++i) {
       const icu::UnicodeString copy = text += icuLeft;
@@ -210,7 +229,7 @@ void addComposition() {
     }
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/icu_deep_copy", [icuLeft] {
+  add("append and copy/icu::UnicodeString copied/1000", [icuLeft] {
     icu::UnicodeString text;
     for (int i = 0; i < 1000; ++i) {
       text += icuLeft;
@@ -219,7 +238,7 @@ void addComposition() {
     }
     benchmark::DoNotOptimize(text);
   });
-  add("append/1000/u16string", [left] {
+  add("append/std::u16string/1000", [left] {
     std::u16string text;
     for (int i = 0; i < 1000; ++i) text += left;
     benchmark::DoNotOptimize(text);
@@ -227,9 +246,9 @@ void addComposition() {
 #ifdef KOVA_HAS_QT
   const QString qtLeft = QString::fromUtf16(left.c_str(), 12);
   const QString qtRight = QString::fromUtf16(right.c_str(), 12);
-  add("concatenate/12/qt",
+  add("concatenate texts/QString/12",
       [qtLeft, qtRight] { benchmark::DoNotOptimize(QString(qtLeft + qtRight)); });
-  add("append/1000/qt", [qtLeft] {
+  add("append/QString/1000", [qtLeft] {
     QString text;
     for (int i = 0; i < 1000; ++i) text += qtLeft;
     benchmark::DoNotOptimize(text);
@@ -245,22 +264,22 @@ void addFoldedComparison(const char* kind, std::u16string text) {
     unit.toUpper();
     if (unit.length() == 1) other[i] = unit[0];
   }
-  const std::string work =
-      std::string("compare_folded_") + kind + "/" + sizeName(text.size()) + "/";
+  const std::string work = std::string("compare ") + kind + " ignoring case/";
+  const std::string size = "/" + sizeName(text.size());
   const int count = lengthOf(text);
   const KOVAString ourText = KOVAString::fromUnits(toUnits(text.c_str()), count);
   const KOVAString ourOther = KOVAString::fromUnits(toUnits(other.c_str()), count);
-  add(work + "kova",
+  add(work + "KOVAString" + size,
       [ourText, ourOther] { benchmark::DoNotOptimize(ourText.compareToIgnoreCase(ourOther)); });
   const icu::UnicodeString icuText(text.c_str(), count);
   const icu::UnicodeString icuOther(other.c_str(), count);
-  add(work + "icu", [icuText, icuOther] {
+  add(work + "icu::UnicodeString" + size, [icuText, icuOther] {
     benchmark::DoNotOptimize(icuText.caseCompare(icuOther, U_FOLD_CASE_DEFAULT));
   });
 #ifdef KOVA_HAS_QT
   const QString qtText = QString::fromUtf16(text.c_str(), count);
   const QString qtOther = QString::fromUtf16(other.c_str(), count);
-  add(work + "qt", [qtText, qtOther] {
+  add(work + "QString" + size, [qtText, qtOther] {
     benchmark::DoNotOptimize(qtText.compare(qtOther, Qt::CaseInsensitive));
   });
 #endif
@@ -270,25 +289,28 @@ void addSearch(std::size_t count) {
   std::u16string text = widen(makeASCII(count));
   const std::u16string pattern = u"Shell.Main;";
   std::copy(pattern.begin(), pattern.end(), text.end() - 16);
-  const std::string work = "index_of/" + sizeName(count) + "/";
+  const std::string work = "find a text/";
+  const std::string size = "/" + sizeName(count);
   const KOVAString ourText = KOVAString::fromUnits(toUnits(text.c_str()), lengthOf(text));
   const KOVAString ourPattern = KOVAString::fromUnits(toUnits(pattern.c_str()), lengthOf(pattern));
-  add(work + "kova",
+  add(work + "KOVAString" + size,
       [ourText, ourPattern] { benchmark::DoNotOptimize(ourText.indexOf(ourPattern, 0)); });
   const icu::UnicodeString icuText(text.c_str(), lengthOf(text));
   const icu::UnicodeString icuPattern(pattern.c_str(), lengthOf(pattern));
-  add(work + "icu",
+  add(work + "icu::UnicodeString" + size,
       [icuText, icuPattern] { benchmark::DoNotOptimize(icuText.indexOf(icuPattern)); });
-  add(work + "u16string", [text, pattern] { benchmark::DoNotOptimize(text.find(pattern)); });
+  add(work + "std::u16string" + size,
+      [text, pattern] { benchmark::DoNotOptimize(text.find(pattern)); });
 #ifdef KOVA_HAS_QT
   const QString qtText = QString::fromUtf16(text.c_str(), lengthOf(text));
   const QString qtPattern = QString::fromUtf16(pattern.c_str(), lengthOf(pattern));
-  add(work + "qt", [qtText, qtPattern] { benchmark::DoNotOptimize(qtText.indexOf(qtPattern)); });
+  add(work + "QString" + size,
+      [qtText, qtPattern] { benchmark::DoNotOptimize(qtText.indexOf(qtPattern)); });
 #endif
 #ifdef KOVA_HAS_OCCT
   const TCollection_ExtendedString occtText(text.c_str());
   const TCollection_ExtendedString occtPattern(pattern.c_str());
-  add(work + "occt",
+  add(work + "TCollection_ExtendedString" + size,
       [occtText, occtPattern] { benchmark::DoNotOptimize(occtText.Search(occtPattern)); });
 #endif
 }
@@ -297,11 +319,11 @@ void addHash() {
   const std::u16string text = widen(makeASCII(200));
   const KOVAString ours = KOVAString::fromUnits(toUnits(text.c_str()), 200);
   const icu::UnicodeString wide(text.c_str(), 200);
-  add("hash/200/kova", [ours] { benchmark::DoNotOptimize(ours.hashCode()); });
-  add("hash/200/icu", [wide] { benchmark::DoNotOptimize(wide.hashCode()); });
+  add("hash/KOVAString/200", [ours] { benchmark::DoNotOptimize(ours.hashCode()); });
+  add("hash/icu::UnicodeString/200", [wide] { benchmark::DoNotOptimize(wide.hashCode()); });
 #ifdef KOVA_HAS_QT
   const QString qt = QString::fromUtf16(text.c_str(), 200);
-  add("hash/200/qt", [qt] { benchmark::DoNotOptimize(qHash(qt)); });
+  add("hash/QString/200", [qt] { benchmark::DoNotOptimize(qHash(qt)); });
 #endif
 }
 
@@ -313,19 +335,19 @@ int main(int count, char** arguments) {
     addFromNarrow(units);
   }
   for (const std::size_t bytes : {std::size_t{200}, kMillion}) {
-    addFromUTF8("from_mixed_utf8", makeMixed(bytes));
-    addToUTF8("to_utf8_ascii", makeASCII(bytes));
-    addToUTF8("to_utf8_mixed", makeMixed(bytes));
+    addFromUTF8("text from mixed UTF-8", makeMixed(bytes));
+    addToUTF8("ASCII to UTF-8", makeASCII(bytes));
+    addToUTF8("mixed text to UTF-8", makeMixed(bytes));
     addSearch(bytes);
   }
   std::string cyrillic;
   for (unsigned i = 0; i < 500000; ++i) cyrillic += {'\xD0', static_cast<char>(0xB0 + i * 31 % 16)};
-  addFromUTF8("from_cyrillic_utf8", cyrillic);
-  addToUTF8("to_utf8_cyrillic", cyrillic);
+  addFromUTF8("text from Cyrillic UTF-8", cyrillic);
+  addToUTF8("Cyrillic to UTF-8", cyrillic);
   addToASCII();
   addComposition();
   for (const std::size_t units : {std::size_t{12}, std::size_t{200}}) {
-    addFoldedComparison("ascii", widen(makeASCII(units)));
+    addFoldedComparison("ASCII", widen(makeASCII(units)));
     addFoldedComparison("mixed", widen(makeMixed(4 * units)).substr(0, units));
   }
   addHash();

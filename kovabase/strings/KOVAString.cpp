@@ -62,10 +62,11 @@ bool begin(Element* buf, int size, KOVAResult& result) {
 void KOVAString::throwExhausted() { throwAllocException(); }
 
 // Only for an object without a block: makes the room, and leaves the text to the caller.
-void KOVAString::allocate(long long unitCount) {
-  if (unitCount > kInsideUnits) {
-    setBlock(resizeBlock(nullptr, unitCount), static_cast<int>(unitCount));
-  }
+unsigned short* KOVAString::allocate(long long unitCount) {
+  if (unitCount <= kInsideUnits) return _inside;
+  unsigned short* const block = resizeBlock(nullptr, unitCount);
+  setBlock(block, static_cast<int>(unitCount));
+  return block;
 }
 
 // Keeps the text.
@@ -116,8 +117,8 @@ KOVAString::KOVAString(const unsigned short* text) {
 
 KOVAString::KOVAString(const char16_t* text) {
   const std::size_t count = text != nullptr ? std::char_traits<char16_t>::length(text) : 0;
-  allocate(static_cast<long long>(count));
-  if (count > 0) std::memcpy(units(), text, count * sizeof *text);
+  unsigned short* const out = allocate(static_cast<long long>(count));
+  if (count > 0) std::memcpy(out, text, count * sizeof *text);
   setLength(static_cast<int>(count));
 }
 
@@ -157,29 +158,33 @@ KOVAString& KOVAString::operator=(KOVAString&& other) noexcept {
 // The three below are for objects without a block.
 
 void KOVAString::assignUnits(const unsigned short* source, int count) {
-  allocate(count);
-  if (count > 0) copyUnits(units(), source, toSize(count));
-  setLength(count);
+  unsigned short* const out = allocate(count);
+  if (count > 0) copyUnits(out, source, toSize(count));
+  out[count] = 0;
+  _length = count;
 }
 
 void KOVAString::assignBytes(const char* bytes, long long byteCount, const char* codepage) {
-  allocate(byteCount);
+  unsigned short* const out = allocate(byteCount);
   const std::size_t count = static_cast<std::size_t>(byteCount);
   // ASCII is the lower half of the character set of every locale. So it needs no knowledge of the
   // default code page, which is not fixed before the program had time to set its locale.
   const CodepageKind kind = codepage == nullptr || *codepage == '\0'
                                 ? CodepageKind::kASCIIBased
                                 : kindOfCanonicalName(codepage);
-  if (kind == CodepageKind::kLatin1) {
-    widenLatin1(bytes, count, units());
-    return setLength(static_cast<int>(count));
-  }
   std::size_t done = 0;
-  if (kind != CodepageKind::kOther) {
-    done = widenASCII(bytes, count, units());
-    if (done == count) return setLength(static_cast<int>(count));
+  if (kind == CodepageKind::kLatin1) {
+    widenLatin1(bytes, count, out);
+    done = count;
+  } else if (kind != CodepageKind::kOther) {
+    done = widenASCII(bytes, count, out);
   }
-  readBytes(bytes, count, done, codepage);
+  if (done < count || kind == CodepageKind::kOther) {
+    readBytes(bytes, count, done, codepage);
+  } else {
+    out[count] = 0;
+    _length = static_cast<int>(count);
+  }
 }
 
 // The general case of the above, which has read the first `done` bytes as ASCII.
@@ -225,8 +230,7 @@ void KOVAString::assignUTF32(const int* values, long long count) {
   };
   long long unitCount = count;
   for (long long i = 0; i < count; ++i) unitCount += isCodePoint(values[i]) && values[i] > 0xFFFF;
-  allocate(unitCount);
-  unsigned short* out = units();
+  unsigned short* out = allocate(unitCount);
   for (long long i = 0; i < count; ++i) {
     unsigned value = static_cast<unsigned>(values[i]);
     if (!isCodePoint(values[i])) {
@@ -284,9 +288,9 @@ bool KOVAString::equalsIgnoreCase(const KOVAString& other) const noexcept {
 
 KOVAString KOVAString::concatenate(const KOVAString& left, const KOVAString& right) {
   KOVAString joined;
-  joined.allocate(static_cast<long long>(left._length) + right._length);
-  copyUnits(joined.units(), left.getUnits(), toSize(left._length));
-  copyUnits(joined.units() + left._length, right.getUnits(), toSize(right._length));
+  unsigned short* const out = joined.allocate(static_cast<long long>(left._length) + right._length);
+  copyUnits(out, left.getUnits(), toSize(left._length));
+  copyUnits(out + left._length, right.getUnits(), toSize(right._length));
   joined.setLength(left._length + right._length);
   return joined;
 }

@@ -213,7 +213,7 @@ class KOVABASE_API KOVAString {
     if (_onHeap) std::free(block());
   }
   void takeOver(KOVAString& other) noexcept;
-  void allocate(long long unitCount);
+  unsigned short* allocate(long long unitCount);
   void grow(long long unitCount);
   void growFor(long long unitCount);
   void shrink() noexcept;

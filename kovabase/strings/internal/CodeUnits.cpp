@@ -60,6 +60,12 @@ void widen8(const char* bytes, unsigned short* out) {
   store(out, __builtin_convertvector(load<Bytes8>(bytes), Units8));
 }
 
+bool isASCII32(const unsigned short* units) {
+  const Units8 together = load<Units8>(units) | load<Units8>(units + 8) | load<Units8>(units + 16) |
+                          load<Units8>(units + 24);
+  return !isAnySet(together & 0xFF80);
+}
+
 // The number of units below 128 before the first other one.
 std::size_t countASCII(const Units8& units) {
   const Mask8 isOther = units > 0x7F;
@@ -68,40 +74,52 @@ std::size_t countASCII(const Units8& units) {
   return bytes == 0 ? 8 : countFirstBytes(bytes);
 }
 
-// Loops of fixed length over locals become two or three instructions.
-void widen16(const char* bytes, unsigned short* out) {
-  unsigned char narrow[16];
-  unsigned short wide[16];
-  std::memcpy(narrow, bytes, sizeof narrow);
-  for (int i = 0; i < 16; ++i) wide[i] = narrow[i];
-  std::memcpy(out, wide, sizeof wide);
+// The bytes as units, by interleaving them with zeros.
+void widen16(const Bytes16& bytes, unsigned short* out) {
+  const Bytes16 zero = {};
+  const Bytes16& low = std::endian::native == std::endian::little ? bytes : zero;
+  const Bytes16& high = std::endian::native == std::endian::little ? zero : bytes;
+  store(out,
+        __builtin_shufflevector(low, high, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23));
+  store(out + 8, __builtin_shufflevector(low, high, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29,
+                                         14, 30, 15, 31));
 }
 
-void narrow16(const unsigned short* units, char* out) {
-  unsigned short wide[16];
-  unsigned char narrow[16];
-  std::memcpy(wide, units, sizeof wide);
-  for (int i = 0; i < 16; ++i) narrow[i] = static_cast<unsigned char>(wide[i]);
-  std::memcpy(out, narrow, sizeof narrow);
+// Whether eight units first make long texts quicker by a tenth: then no two stores that follow each
+// other lie in different cache lines. Blocks of malloc begin 16 bytes behind a multiple of 32.
+bool isWorthAligning(std::size_t count, const unsigned short* out) {
+  return count >= 4096 && reinterpret_cast<std::uintptr_t>(out) % 32 == 16;
 }
 
-std::size_t narrowBelow(const unsigned short* units, std::size_t count, char* out,
-                        unsigned short limit) {
-  const Units8 tooHigh = Units8{} + static_cast<unsigned short>(~(limit - 1U));
+// The low bytes of the units.
+void narrow16(const Units8& first, const Units8& second, char* out) {
+  constexpr int k = std::endian::native == std::endian::little ? 0 : 1;
+  const Bytes16 low = reinterpret_cast<Bytes16>(first);
+  const Bytes16 high = reinterpret_cast<Bytes16>(second);
+  store(out,
+        __builtin_shufflevector(low, high, k, k + 2, k + 4, k + 6, k + 8, k + 10, k + 12, k + 14,
+                                k + 16, k + 18, k + 20, k + 22, k + 24, k + 26, k + 28, k + 30));
+}
+
+template <unsigned Limit>
+std::size_t narrowBelow(const unsigned short* units, std::size_t count, char* out) {
+  constexpr unsigned short kTooHigh = static_cast<unsigned short>(~(Limit - 1U));
   std::size_t i = 0;
   for (; i + 32 <= count; i += 32) {
-    const Units8 together = load<Units8>(units + i) | load<Units8>(units + i + 8) |
-                            load<Units8>(units + i + 16) | load<Units8>(units + i + 24);
-    if (isAnySet(together & tooHigh)) break;
-    narrow16(units + i, out + i);
-    narrow16(units + i + 16, out + i + 16);
+    const Units8 a = load<Units8>(units + i);
+    const Units8 b = load<Units8>(units + i + 8);
+    const Units8 c = load<Units8>(units + i + 16);
+    const Units8 d = load<Units8>(units + i + 24);
+    if (isAnySet((a | b | c | d) & kTooHigh)) break;
+    narrow16(a, b, out + i);
+    narrow16(c, d, out + i + 16);
   }
   for (; i + 8 <= count; i += 8) {
     const Units8 block = load<Units8>(units + i);
-    if (isAnySet(block & tooHigh)) break;
+    if (isAnySet(block & kTooHigh)) break;
     store(out + i, __builtin_convertvector(block, Bytes8));
   }
-  for (; i < count && units[i] < limit; ++i) out[i] = static_cast<char>(units[i]);
+  for (; i < count && units[i] < Limit; ++i) out[i] = static_cast<char>(units[i]);
   return i;
 }
 
@@ -213,15 +231,25 @@ std::size_t countPairs(const unsigned short* units, std::size_t count) {
 
 std::size_t widenASCII(const char* bytes, std::size_t count, unsigned short* out) noexcept {
   std::size_t i = 0;
+  if (isWorthAligning(count, out) && isASCII8(bytes)) {
+    widen8(bytes, out);
+    i = 8;
+  }
   for (; i + 64 <= count; i += 64) {
-    const Bytes16 together = load<Bytes16>(bytes + i) | load<Bytes16>(bytes + i + 16) |
-                             load<Bytes16>(bytes + i + 32) | load<Bytes16>(bytes + i + 48);
-    if (isAnySet(together & 0x80)) break;
-    for (std::size_t k = 0; k < 64; k += 16) widen16(bytes + i + k, out + i + k);
+    const Bytes16 a = load<Bytes16>(bytes + i);
+    const Bytes16 b = load<Bytes16>(bytes + i + 16);
+    const Bytes16 c = load<Bytes16>(bytes + i + 32);
+    const Bytes16 d = load<Bytes16>(bytes + i + 48);
+    if (isAnySet((a | b | c | d) & 0x80)) break;
+    widen16(a, out + i);
+    widen16(b, out + i + 16);
+    widen16(c, out + i + 32);
+    widen16(d, out + i + 48);
   }
   for (; i + 16 <= count; i += 16) {
-    if (isAnySet(load<Bytes16>(bytes + i) & 0x80)) break;
-    widen16(bytes + i, out + i);
+    const Bytes16 block = load<Bytes16>(bytes + i);
+    if (isAnySet(block & 0x80)) break;
+    widen16(block, out + i);
   }
   if (i + 8 <= count && isASCII8(bytes + i)) {
     widen8(bytes + i, out + i);
@@ -238,7 +266,11 @@ std::size_t widenASCII(const char* bytes, std::size_t count, unsigned short* out
 
 void widenLatin1(const char* bytes, std::size_t count, unsigned short* out) noexcept {
   std::size_t i = 0;
-  for (; i + 16 <= count; i += 16) widen16(bytes + i, out + i);
+  if (isWorthAligning(count, out)) {
+    widen8(bytes, out);
+    i = 8;
+  }
+  for (; i + 16 <= count; i += 16) widen16(load<Bytes16>(bytes + i), out + i);
   if (i + 8 <= count) {
     widen8(bytes + i, out + i);
     i += 8;
@@ -271,16 +303,17 @@ std::size_t decodeUTF8(const char* bytes, std::size_t count, unsigned short* out
 }
 
 std::size_t narrowASCII(const unsigned short* units, std::size_t count, char* out) noexcept {
-  return narrowBelow(units, count, out, 0x80);
+  return narrowBelow<0x80>(units, count, out);
 }
 
 std::size_t narrowLatin1(const unsigned short* units, std::size_t count, char* out) noexcept {
-  return narrowBelow(units, count, out, 0x100);
+  return narrowBelow<0x100>(units, count, out);
 }
 
 std::size_t sizeInUTF8(const unsigned short* units, std::size_t count) noexcept {
   std::size_t bytes = count;
   std::size_t i = 0;
+  while (i + 32 <= count && isASCII32(units + i)) i += 32;
   Mask8 isSurrogateSeen = {};
   while (i + 8 <= count) {
     Units8 extra = {};
