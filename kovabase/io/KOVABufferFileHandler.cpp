@@ -77,8 +77,10 @@ KOVABufferInputFileHandler::~KOVABufferInputFileHandler() = default;
 KOVAResult KOVABufferInputFileHandler::FillBuffer() {
   if (_stream == nullptr) return kNotInitialized;
   if (_window == nullptr) return kWindowNotAllocated;
-  _windowEnd = _windowStart;
-  _bytesRead = static_cast<std::uint32_t>(std::fread(_window, 1, _bufferSize, _stream));
+  _windowStart = _windowEnd;
+  _bytesRead = 0;
+  if (fseeko(_stream, _windowStart, SEEK_SET) != 0) return kWindowReadFailed;
+  _bytesRead = static_cast<std::uint32_t>(std::fread(_window, 1, GetCapacity(), _stream));
   if (_bytesRead > 0) {
     // What the file has gained meanwhile is not read.
     _bytesRead = static_cast<std::uint32_t>(
@@ -123,17 +125,23 @@ KOVABufferOutputFileHandler::KOVABufferOutputFileHandler(const KOVAFileHandle& f
 
 KOVABufferOutputFileHandler::~KOVABufferOutputFileHandler() { Flush(); }
 
+KOVAResult KOVABufferOutputFileHandler::AllocateBuffer() {
+  if (_pending > 0) {
+    const KOVAResult flushed = Flush();
+    if (flushed.IsFailure()) return flushed;
+  }
+  return KOVABufferFileHandler::AllocateBuffer();
+}
+
 KOVAResult KOVABufferOutputFileHandler::FillBuffer() {
   if (_stream == nullptr) return kNotInitialized;
   if (_window == nullptr) return kWindowNotAllocated;
   const KOVAResult flushed = Flush();
   if (flushed.IsFailure()) return flushed;
-  _windowEnd = _windowStart;
-  if (fseeko(_stream, _windowStart, SEEK_SET) == 0) {
-    _bytesRead = static_cast<std::uint32_t>(std::fread(_window, 1, _bufferSize, _stream));
-  } else {
-    _bytesRead = 0;
-  }
+  _windowStart = _windowEnd;
+  _bytesRead = 0;
+  if (fseeko(_stream, _windowStart, SEEK_SET) != 0) return kWindowReadFailed;
+  _bytesRead = static_cast<std::uint32_t>(std::fread(_window, 1, GetCapacity(), _stream));
   if (_bytesRead > 0) {
     _windowEnd = _windowStart + static_cast<long>(_bytesRead);
     return kSuccess;
@@ -180,12 +188,13 @@ KOVAResult KOVABufferOutputFileHandler::PutBytes(long position, int count,
   while (count > 0) {
     // The window goes on being filled where it ends; anywhere else a new one begins.
     if (_pending == 0 || position != _windowStart + static_cast<long>(_pending) ||
-        _pending == _bufferSize) {
+        _pending == GetCapacity()) {
       const KOVAResult flushed = Flush();
       if (flushed.IsFailure()) return flushed;
       _windowStart = position;
     }
-    const std::uint32_t room = std::min(_bufferSize - _pending, static_cast<std::uint32_t>(count));
+    const std::uint32_t room =
+        std::min(GetCapacity() - _pending, static_cast<std::uint32_t>(count));
     std::memcpy(_window + _pending, bytes, room);
     _pending += room;
     _windowEnd = _windowStart + static_cast<long>(_pending);

@@ -48,6 +48,8 @@ class KOVABASE_API KOVABufferOutputFileHandler : public KOVABufferFileHandler {
   /// Writes out what the window holds; call `Flush` before, to know whether it arrived.
   ~KOVABufferOutputFileHandler() override;
 
+  /// Writes out what the window holds before it is changed.
+  KOVAResult AllocateBuffer() override;
   KOVAResult FillBuffer() override;
   KOVAResult GetByte(long position, unsigned char& byte) override;
   KOVAResult GetBytes(long offset, int count, unsigned char* destination) override;

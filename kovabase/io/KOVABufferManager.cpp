@@ -46,10 +46,13 @@ KOVAResult KOVABufferManager::AllocateWindow(const char* sizeMessage, const char
     std::fputs(sizeMessage, stdout);
     return KOVAResultCode::kWindowSizeUndefined;
   }
+  // What the window held is read again; a new size may not have room for it.
+  _windowEnd = _windowStart;
   try {
     _bytes.resize(static_cast<int>(std::min<std::uint32_t>(_bufferSize, INT_MAX)));
   } catch (const KOVAAllocException&) {
     _bytes.clear();
+    _window = nullptr;
     std::fputs(memoryMessage, stdout);
     return KOVAResultCode::kWindowNotAllocated;
   }

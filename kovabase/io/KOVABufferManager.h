@@ -22,7 +22,8 @@ class KOVABASE_API KOVABufferManager : public KOVAReferenceCount {
   ///   say so on standard output.
   virtual KOVAResult AllocateBuffer() = 0;
 
-  /// Fills the window from the place where it begins, or writes out what it holds.
+  /// Fills the window from the place where it begins if it is empty, otherwise from the one behind
+  /// its end.
   /// @return NotInitialized without data; WindowReadFailed at the end of the data and for a failed
   ///   read; WindowReadNothing when nothing came though neither is the case.
   virtual KOVAResult FillBuffer() = 0;
@@ -67,6 +68,9 @@ class KOVABASE_API KOVABufferManager : public KOVAReferenceCount {
   KOVAResult CopyBytes(long offset, int count, unsigned char* destination, const char* message);
   /// The window's memory at the buffer size; the messages are printed as they stand.
   KOVAResult AllocateWindow(const char* sizeMessage, const char* memoryMessage);
+
+  /// Bytes that the window has room for: the buffer size when it was allocated.
+  std::uint32_t GetCapacity() const noexcept { return static_cast<std::uint32_t>(_bytes.size()); }
 
   KOVADynamicArray<unsigned char> _bytes;
   unsigned char* _window = nullptr;

@@ -4,36 +4,12 @@
 #include "kovabase/strings/KOVAString.h"
 
 #include <algorithm>
-#include <bit>
 #include <climits>
-#include <cstdint>
 #include <memory>
-#include <type_traits>
 
 using namespace KOVAResultCode;
 
 namespace {
-
-template <class T>
-using Word = std::conditional_t<sizeof(T) == 2, std::uint16_t,
-                                std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
-
-std::uint16_t swapped(std::uint16_t word) { return __builtin_bswap16(word); }
-std::uint32_t swapped(std::uint32_t word) { return __builtin_bswap32(word); }
-std::uint64_t swapped(std::uint64_t word) { return __builtin_bswap64(word); }
-
-// Whether stored values have to be turned round to become this machine's, and back.
-bool isForeign(KOVAEndianMode mode) {
-  const bool isStoredBig = mode == 0;
-  return isStoredBig != (std::endian::native == std::endian::big);
-}
-
-template <class T>
-void swapAll(T* values, int count) {
-  for (int i = 0; i < count; ++i) {
-    values[i] = std::bit_cast<T>(swapped(std::bit_cast<Word<T>>(values[i])));
-  }
-}
 
 // Bytes on the heap of the library's own objects.
 class Bytes {
@@ -55,28 +31,26 @@ class Bytes {
 KOVADefaultBinaryBuffer::~KOVADefaultBinaryBuffer() = default;
 
 template <class T>
-KOVAResult KOVADefaultBinaryBuffer::ReadValue(T& value) {
+KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(T& value) {
   Word<T> word;
   const KOVAResult result = ReadBytes(&word, sizeof word);
-  if (result.IsSuccess()) {
-    value = std::bit_cast<T>(isForeign(_endianMode) ? swapped(word) : word);
-  }
+  if (result.IsSuccess()) value = std::bit_cast<T>(IsForeign() ? Swapped(word) : word);
   return result;
 }
 
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(int&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned int&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(short&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned short&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(long long&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(unsigned long long&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(float&);
-template KOVAResult KOVADefaultBinaryBuffer::ReadValue(double&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(int&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(unsigned int&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(short&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(unsigned short&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(long long&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(unsigned long long&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(float&);
+template KOVAResult KOVADefaultBinaryBuffer::ReadValueAcross(double&);
 
 template <class T>
 KOVAResult KOVADefaultBinaryBuffer::WriteValue(T value) {
   const auto word = std::bit_cast<Word<T>>(value);
-  const Word<T> stored = isForeign(_endianMode) ? swapped(word) : word;
+  const Word<T> stored = IsForeign() ? Swapped(word) : word;
   return WriteBytes(&stored, sizeof stored);
 }
 
@@ -97,23 +71,48 @@ KOVAResult KOVADefaultBinaryBuffer::ReadULngInt(unsigned long& value) {
 }
 
 template <class T>
+void KOVADefaultBinaryBuffer::SwapAll(T* values, int count) noexcept {
+  for (int i = 0; i < count; ++i) {
+    values[i] = std::bit_cast<T>(Swapped(std::bit_cast<Word<T>>(values[i])));
+  }
+}
+
+template <class T>
 KOVAResult KOVADefaultBinaryBuffer::ReadArray(T* values, int count) {
   if (values == nullptr || count < 0) return kFailure;
+  if (!IsBufferValid()) return kNotInitialized;
   const long begin = GetOffset();
-  const bool isTurned = isForeign(_endianMode);
-  // A count of bytes may exceed an int; a piece of whole values never does, and stays in the cache
-  // between its copy and its turning round.
-  constexpr int kPiece = 4096;
+  const bool isTurned = IsForeign();
   KOVAResult result = kSuccess;
-  for (int done = 0; done < count && result.IsSuccess(); done += kPiece) {
-    const int piece = std::min(count - done, kPiece);
-    try {
-      result = ReadBytes(values + done, piece * static_cast<int>(sizeof(T)));
-    } catch (...) {
-      SetOffset(begin);
-      throw;
+  while (count > 0 && result.IsSuccess()) {
+    const int whole = static_cast<int>(
+        std::min<std::ptrdiff_t>((_end - _cursor) / static_cast<std::ptrdiff_t>(sizeof(T)), count));
+    if (whole == 0) {
+      // The next value begins a window or lies across two.
+      try {
+        result = ReadValueAcross(*values);
+      } catch (...) {
+        SetOffset(begin);
+        throw;
+      }
+      ++values;
+      --count;
+      continue;
     }
-    if (result.IsSuccess() && isTurned) swapAll(values + done, piece);
+    const std::size_t bytes = static_cast<std::size_t>(whole) * sizeof(T);
+    if (isTurned) {
+      const unsigned char* from = _cursor;
+      for (int i = 0; i < whole; ++i, from += sizeof(T)) {
+        Word<T> word;
+        std::memcpy(&word, from, sizeof word);
+        values[i] = std::bit_cast<T>(Swapped(word));
+      }
+    } else {
+      std::memcpy(values, _cursor, bytes);
+    }
+    _cursor += bytes;
+    values += whole;
+    count -= whole;
   }
   if (result.IsFailure()) SetOffset(begin);
   return result;
@@ -134,13 +133,13 @@ KOVAResult KOVADefaultBinaryBuffer::ReadDoubles(double* values, int count) {
 template <class T>
 KOVAResult KOVADefaultBinaryBuffer::WriteArray(const T* values, int count) {
   if (values == nullptr || count < 0) return kFailure;
-  const bool isTurned = isForeign(_endianMode);
+  const bool isTurned = IsForeign();
   constexpr int kPiece = 512;
   T stored[kPiece];
   for (int done = 0; done < count; done += kPiece) {
     const int piece = std::min(count - done, kPiece);
     std::copy_n(values + done, piece, stored);
-    if (isTurned) swapAll(stored, piece);
+    if (isTurned) SwapAll(stored, piece);
     const KOVAResult result = WriteBytes(stored, piece * static_cast<int>(sizeof(T)));
     if (result.IsFailure()) return result;
   }
@@ -161,13 +160,8 @@ KOVAResult KOVADefaultBinaryBuffer::WriteDoubles(const double* values, int count
 
 KOVAResult KOVADefaultBinaryBuffer::ReadText(int bytes, const char* codepage, KOVAString& text) {
   if (bytes < 0) return kFailure;
-  // What is promised and not there must not cost memory: the read of the last byte says so.
-  if (bytes > GetSize() - GetOffset()) {
-    unsigned char last;
-    const long begin = GetOffset();
-    if (begin < GetSize()) return kInvalidFile;
-    return ReadBytes(&last, 1);
-  }
+  // What is promised and not there must not cost memory.
+  if (bytes > GetSize() - GetOffset()) return FailAtEnd();
   const Bytes content(bytes);
   const KOVAResult result = ReadBytes(content.get(), bytes);
   if (result.IsFailure()) return result;
@@ -201,17 +195,13 @@ KOVAResult KOVADefaultBinaryBuffer::ReadLngString(KOVAString& text) {
 
 KOVAResult KOVADefaultBinaryBuffer::ReadWString(int units, KOVAString& text) {
   if (units < 0) return kFailure;
-  if (units > (GetSize() - GetOffset()) / 2) {
-    if (GetOffset() < GetSize()) return kInvalidFile;
-    unsigned char last;
-    return ReadBytes(&last, 1);
-  }
+  if (units > (GetSize() - GetOffset()) / 2) return FailAtEnd();
   if (units > INT_MAX / 2) return kFailure;
   const Bytes content(2 * units);
   auto* const stored = reinterpret_cast<unsigned short*>(content.get());
   const KOVAResult result = ReadBytes(stored, 2 * units);
   if (result.IsFailure()) return result;
-  if (isForeign(_endianMode)) swapAll(stored, units);
+  if (IsForeign()) SwapAll(stored, units);
   text = KOVAString::fromUnits(stored, units);
   return result;
 }

@@ -3,6 +3,11 @@
 #include "kovabase/foundation/KOVAExport.h"
 #include "kovabase/io/KOVADefaultBuffer.h"
 
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
 class KOVAString;
 
 /// How the bytes of a stored value follow each other: 0 most significant byte first, any other
@@ -83,11 +88,37 @@ class KOVABASE_API KOVADefaultBinaryBuffer : public KOVADefaultBuffer {
 
  private:
   template <class T>
-  KOVAResult ReadValue(T& value);
+  using Word = std::conditional_t<sizeof(T) == 2, std::uint16_t,
+                                  std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
+
+  static std::uint16_t Swapped(std::uint16_t word) noexcept { return __builtin_bswap16(word); }
+  static std::uint32_t Swapped(std::uint32_t word) noexcept { return __builtin_bswap32(word); }
+  static std::uint64_t Swapped(std::uint64_t word) noexcept { return __builtin_bswap64(word); }
+
+  /// Whether stored values have to be turned round to become this machine's, and back.
+  bool IsForeign() const noexcept {
+    const bool isStoredBig = _endianMode == 0;
+    return isStoredBig != (std::endian::native == std::endian::big);
+  }
+
+  template <class T>
+  KOVAResult ReadValue(T& value) {
+    if (_end - _cursor < static_cast<std::ptrdiff_t>(sizeof(T))) return ReadValueAcross(value);
+    Word<T> word;
+    std::memcpy(&word, _cursor, sizeof word);
+    _cursor += sizeof word;
+    value = std::bit_cast<T>(IsForeign() ? Swapped(word) : word);
+    return KOVAResultCode::kSuccess;
+  }
+  /// A value that is not whole in the window.
+  template <class T>
+  KOVAResult ReadValueAcross(T& value);
   template <class T>
   KOVAResult WriteValue(T value);
   template <class T>
   KOVAResult ReadArray(T* values, int count);
+  template <class T>
+  static void SwapAll(T* values, int count) noexcept;
   template <class T>
   KOVAResult WriteArray(const T* values, int count);
   KOVAResult ReadText(int bytes, const char* codepage, KOVAString& text);

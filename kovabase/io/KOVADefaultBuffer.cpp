@@ -56,7 +56,13 @@ KOVAResult KOVADefaultBuffer::PeekBytes(long offset, int count, unsigned char* d
   if (destination == nullptr || count < 0) return kFailure;
   if (offset < 0 || offset > GetSize() || count > GetSize() - offset) return kInvalidArgument;
   const long here = GetOffset();
-  const KOVAResult result = _handler->GetBytes(offset, count, destination);
+  KOVAResult result;
+  try {
+    result = _handler->GetBytes(offset, count, destination);
+  } catch (...) {
+    ShowWindow(here);
+    throw;
+  }
   ShowWindow(here);
   return result;
 }
@@ -109,6 +115,12 @@ KOVAResult KOVADefaultBuffer::ReadAcross(void* destination, int count) {
   }
   ShowWindow(result.IsSuccess() ? offset + count : offset);
   return result;
+}
+
+KOVAResult KOVADefaultBuffer::FailAtEnd() {
+  if (!IsBufferValid()) return kNotInitialized;
+  unsigned char none;
+  return _handler->GetByte(GetSize(), none);
 }
 
 void KOVADefaultBuffer::ShowWindow(long offset) {

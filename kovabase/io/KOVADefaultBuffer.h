@@ -41,7 +41,7 @@ class KOVABASE_API KOVADefaultBuffer : public KOVABuffer {
   /// Takes the next `count` bytes.
   /// @return NotInitialized when there is no data; otherwise as the handler says.
   KOVAResult ReadBytes(void* destination, int count) {
-    if (count >= 0 && count <= _end - _cursor) {
+    if (count > 0 && count <= _end - _cursor) {
       std::memcpy(destination, _cursor, static_cast<std::size_t>(count));
       _cursor += count;
       return KOVAResultCode::kSuccess;
@@ -49,6 +49,10 @@ class KOVABASE_API KOVADefaultBuffer : public KOVABuffer {
     return ReadAcross(destination, count);
   }
   KOVAResult WriteBytes(const void* bytes, int count);
+
+  /// What a read gives that wants more than there is: the event and the exception. Nothing moves.
+  /// @return NotInitialized when there is no data at all.
+  KOVAResult FailAtEnd();
 
   /// Brings the next bytes into the window. @return false at the end of the data, silently; a read
   ///   that fails is a Failure in `result`.

@@ -5,11 +5,11 @@
 #include "kovabase/strings/KOVAString.h"
 #include "kovabase/strings/KOVAStringCharUtil.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstring>
-#include <string>
 
 using namespace KOVAResultCode;
 
@@ -57,16 +57,21 @@ bool toReal(const char* text, T& value) {
 
 KOVADefaultTxtBuffer::~KOVADefaultTxtBuffer() = default;
 
-int KOVADefaultTxtBuffer::TakeChar() {
-  const int c = PeekChar();
-  if (c >= 0) ++_cursor;
-  return c;
-}
+int KOVADefaultTxtBuffer::PeekNextWindow() { return Refill(_refill) ? *_cursor : -1; }
 
-int KOVADefaultTxtBuffer::PeekChar() {
-  if (_cursor != _end) return *_cursor;
-  KOVAResult result;
-  return Refill(result) ? *_cursor : -1;
+// Appends the characters up to the first for which `isEnd` holds, which stays; moves back to the
+// begin when the data cannot be read.
+template <class IsEnd>
+KOVAResult KOVADefaultTxtBuffer::TakeRun(std::string& bytes, IsEnd isEnd) {
+  const long begin = GetOffset();
+  while (PeekChar() >= 0) {
+    const unsigned char* const stop = std::find_if(_cursor, _end, isEnd);
+    bytes.append(_cursor, stop);
+    _cursor = stop;
+    if (stop != _end) return kSuccess;
+  }
+  if (_refill.IsFailure()) SetOffset(begin);
+  return _refill;
 }
 
 // A question mark stands where a number is not known; it is consumed.
@@ -78,7 +83,10 @@ bool KOVADefaultTxtBuffer::IsNumberMissing() {
 
 KOVAResult KOVADefaultTxtBuffer::ExtractNumberBuffer(int limit, char* destination) {
   if (limit < 2 || destination == nullptr) return kFailure;
+  if (!IsBufferValid()) return kNotInitialized;
+  const long begin = GetOffset();
   if (PeekChar() < 0) {
+    if (_refill.IsFailure()) return _refill;
     KOVAWarningEvent::Fire("%s", kInvalidLength);
     return kFailure;
   }
@@ -86,6 +94,10 @@ KOVAResult KOVADefaultTxtBuffer::ExtractNumberBuffer(int limit, char* destinatio
   int previous = 0;
   while (count < limit - 1) {
     const int c = TakeChar();
+    if (c < 0 && _refill.IsFailure()) {
+      SetOffset(begin);
+      return _refill;
+    }
     if (c < 0 || isBlank(c)) break;
     if (!isOfNumber(c) && !isLineEnd(c)) {
       const bool givesExponentBack = isExponent(previous);
@@ -106,7 +118,8 @@ KOVAResult KOVADefaultTxtBuffer::ExtractNumberBuffer(int limit, char* destinatio
   const long behind = GetOffset();
   int next = TakeChar();
   while (next == '\n') next = TakeChar();
-  SetOffset(behind);
+  SetOffset(next < 0 && _refill.IsFailure() ? begin : behind);
+  if (next < 0 && _refill.IsFailure()) return _refill;
   if (isBlank(next)) return kSuccess;
   KOVAErrorEvent::Fire(" Found number with digit length more than maximum possible length of %d.\n",
                        limit);
@@ -140,7 +153,8 @@ bool KOVADefaultTxtBuffer::TakePlainDouble(double& value) {
   const auto* const begin = reinterpret_cast<const char*>(_cursor);
   if (!isDigit(*begin) && *begin != '-' && *begin != '.') return false;
   double number;
-  const auto parsed = std::from_chars(begin, begin + kNumberBytes - 1, number);
+  // One character less than the longest token, whose blank stays.
+  const auto parsed = std::from_chars(begin, begin + kNumberBytes - 2, number);
   // Words such as "-inf" are numbers to from_chars and end at once for the token.
   const char last = parsed.ptr > begin ? parsed.ptr[-1] : '\0';
   if (parsed.ec != std::errc() || !isBlank(*parsed.ptr)) return false;
@@ -153,7 +167,8 @@ bool KOVADefaultTxtBuffer::TakePlainDouble(double& value) {
 template <class T, class Convert>
 KOVAResult KOVADefaultTxtBuffer::ReadNumber(T& value, Convert convert) {
   if (!IsBufferValid()) return kNotInitialized;
-  if (IsNumberMissing()) return kSuccess;
+  _refill = kSuccess;
+  if (IsNumberMissing()) return _refill;
   char number[kNumberBytes] = {};
   const KOVAResult result = ExtractNumberBuffer(kNumberBytes, number);
   if (result.IsFailure()) return result;
@@ -205,14 +220,17 @@ KOVAResult KOVADefaultTxtBuffer::ReadDouble(double& value) {
 }
 
 KOVAResult KOVADefaultTxtBuffer::ReadULngInt(unsigned long& value) {
-  if (!IsBufferValid()) return kNotInitialized;
-  SkipChars(" \t\n\r");
-  return ReadNumber(value, [](const char* text, unsigned long& number) {
+  const long begin = GetOffset();
+  const KOVAResult skipped = SkipChars(" \t\n\r");
+  if (skipped.IsFailure()) return skipped;
+  const KOVAResult result = ReadNumber(value, [](const char* text, unsigned long& number) {
     long long wide;
     if (!toInteger(text, INT_MIN, INT_MAX, wide)) return false;
     number = static_cast<unsigned long>(wide);
     return true;
   });
+  if (_refill.IsFailure()) SetOffset(begin);
+  return result;
 }
 
 KOVAResult KOVADefaultTxtBuffer::ReadInts(int* values, int count, int* done) {
@@ -239,14 +257,20 @@ KOVAResult KOVADefaultTxtBuffer::ReadDoubles(double* values, int count, int* don
 
 KOVAResult KOVADefaultTxtBuffer::ReadLine(KOVAString& line) {
   if (!IsBufferValid()) return kNotInitialized;
-  if (PeekChar() < 0) {
+  const long begin = GetOffset();
+  std::string bytes;
+  const KOVAResult result = TakeRun(bytes, isLineEnd);
+  if (result.IsFailure()) return result;
+  if (GetOffset() == GetSize() && bytes.empty()) {
     KOVAWarningEvent::Fire("\n Found line with invalid length.\n");
     return kFailure;
   }
-  std::string bytes;
-  int c;
-  while ((c = TakeChar()) >= 0 && !isLineEnd(c)) bytes.push_back(static_cast<char>(c));
-  if (c == '\r' && PeekChar() == '\n') ++_cursor;
+  if (bytes.size() > INT_MAX) {
+    SetOffset(begin);
+    KOVAWarningEvent::Fire("\n Found line with invalid length.\n");
+    return kFailure;
+  }
+  if (TakeChar() == '\r' && PeekChar() == '\n') ++_cursor;
   line = KOVAString::fromBytes(bytes.data(), static_cast<int>(bytes.size()), "US-ASCII");
   return kSuccess;
 }
@@ -262,14 +286,16 @@ KOVAResult KOVADefaultTxtBuffer::ReadAsciiString(int count, KOVAString& text) {
 
 KOVAResult KOVADefaultTxtBuffer::ReadWord(KOVAString& word) {
   if (!IsBufferValid()) return kNotInitialized;
-  SkipChars(" \t\n\r");
+  const long begin = GetOffset();
+  KOVAResult result = SkipChars(" \t\n\r");
+  if (result.IsFailure()) return result;
   std::string bytes;
-  int c;
-  while ((c = PeekChar()) >= 0 && !isBlank(c) && !isLineEnd(c)) {
-    bytes.push_back(static_cast<char>(c));
-    ++_cursor;
+  result = TakeRun(bytes, [](int c) { return isBlank(c) || isLineEnd(c); });
+  if (result.IsSuccess() && (bytes.empty() || bytes.size() > INT_MAX)) result = kFailure;
+  if (result.IsFailure()) {
+    if (!bytes.empty() || _refill.IsFailure()) SetOffset(begin);
+    return result;
   }
-  if (bytes.empty()) return kFailure;
   word = KOVAString::fromBytes(bytes.data(), static_cast<int>(bytes.size()), "US-ASCII");
   return kSuccess;
 }
@@ -277,9 +303,12 @@ KOVAResult KOVADefaultTxtBuffer::ReadWord(KOVAString& word) {
 KOVAResult KOVADefaultTxtBuffer::SkipChars(const char* characters) {
   if (!IsBufferValid()) return kNotInitialized;
   if (characters == nullptr) return kSuccess;
+  const long begin = GetOffset();
+  _refill = kSuccess;
   int c;
   while ((c = PeekChar()) > 0 && std::strchr(characters, c) != nullptr) ++_cursor;
-  return kSuccess;
+  if (_refill.IsFailure()) SetOffset(begin);
+  return _refill;
 }
 
 KOVAResult KOVADefaultTxtBuffer::WriteInt(int value) {
@@ -290,10 +319,9 @@ KOVAResult KOVADefaultTxtBuffer::WriteInt(int value) {
 }
 
 KOVAResult KOVADefaultTxtBuffer::WriteULngInt(unsigned long value) {
-  char text[32];
-  char* const end = std::to_chars(text, text + sizeof text - 1, value).ptr;
-  *end = ' ';
-  return WriteBytes(text, static_cast<int>(end + 1 - text));
+  const long number = static_cast<long>(value);
+  if (number < INT_MIN || number > INT_MAX) return kInvalidArgument;
+  return WriteInt(static_cast<int>(number));
 }
 
 KOVAResult KOVADefaultTxtBuffer::WriteFloat(float value) {

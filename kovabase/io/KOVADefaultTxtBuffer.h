@@ -3,6 +3,8 @@
 #include "kovabase/foundation/KOVAExport.h"
 #include "kovabase/io/KOVADefaultBuffer.h"
 
+#include <string>
+
 class KOVAString;
 
 /// Text as numbers, lines and strings.
@@ -14,7 +16,8 @@ class KOVAString;
 /// decimal point whatever the locale.
 ///
 /// Results of reads: Success; Failure with a message for what is no number, out of range or too
-/// long, the output unchanged; NotInitialized without data. Results of writes: as in the binary
+/// long, the output unchanged; the failure of a read of the data, with nothing moved;
+/// NotInitialized without data. Results of writes: as in the binary
 /// buffer.
 class KOVABASE_API KOVADefaultTxtBuffer : public KOVADefaultBuffer {
  public:
@@ -63,6 +66,10 @@ class KOVABASE_API KOVADefaultTxtBuffer : public KOVADefaultBuffer {
   /// @return InvalidArgument, nothing written, for a value that is not finite.
   KOVAResult WriteInt(int value);
   KOVAResult WriteShort(short value) { return WriteInt(value); }
+  /// What ReadULngInt reads back to the same value: the numbers near the upper end are written as
+  /// the negative ones from which they wrap around.
+  /// @return InvalidArgument, nothing written, for a value that does not come back: from 2^31 to
+  ///   2^64 - 2^31 - 1.
   KOVAResult WriteULngInt(unsigned long value);
   KOVAResult WriteFloat(float value);
   KOVAResult WriteDouble(double value);
@@ -71,14 +78,22 @@ class KOVABASE_API KOVADefaultTxtBuffer : public KOVADefaultBuffer {
   KOVAResult WriteLine(const KOVAString& line);
 
  private:
-  /// -1 at the end of the data and when it cannot be read.
-  int TakeChar();
-  int PeekChar();
+  /// -1 at the end of the data and when it cannot be read, which `_refill` tells apart.
+  int TakeChar() {
+    if (_cursor != _end) return *_cursor++;
+    return PeekNextWindow() >= 0 ? *_cursor++ : -1;
+  }
+  int PeekChar() { return _cursor != _end ? *_cursor : PeekNextWindow(); }
+  int PeekNextWindow();
   bool IsNumberMissing();
+  template <class IsEnd>
+  KOVAResult TakeRun(std::string& bytes, IsEnd isEnd);
   template <class T, class Convert>
   KOVAResult ReadNumber(T& value, Convert convert);
   bool TakePlainInt(int& value);
   bool TakePlainDouble(double& value);
+
+  KOVAResult _refill = KOVAResultCode::kSuccess;
 };
 
 using KOVADefaultTxtBufferHandle = KOVATypedHandle<KOVADefaultTxtBuffer>;

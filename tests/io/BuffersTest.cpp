@@ -104,6 +104,35 @@ TEST_F(Buffers, ARefillAtTheEndIsSilent) {
   EXPECT_EQ(handler.GetBytes(0, 1, nullptr), KOVAResultCode::kFailure);
 }
 
+TEST_F(Buffers, FillsWithoutASeekGoOnBehindTheWindow) {
+  std::string bytes(0x400000, 'a');
+  bytes += "bcd";
+  KOVABufferInputFileHandler handler(file("two", bytes));
+  handler.DecideFileBufferSize();
+  handler.AllocateBuffer();
+  EXPECT_EQ(handler.FillBuffer(), KOVAResultCode::kSuccess);
+  EXPECT_EQ(handler.FillBuffer(), KOVAResultCode::kSuccess);
+  EXPECT_EQ(handler.GetWindowStart(), 0x400000);
+  unsigned char byte = 0;
+  EXPECT_EQ(handler.GetByte(0x400001, byte), KOVAResultCode::kSuccess);
+  EXPECT_EQ(byte, 'c');
+
+  // A window made again is empty, one that was made before the file grew stays as small as it was.
+  EXPECT_EQ(handler.AllocateBuffer(), KOVAResultCode::kSuccess);
+  EXPECT_FALSE(handler.IsPointerPositionValid(0x400001));
+  EXPECT_EQ(handler.GetByte(0, byte), KOVAResultCode::kSuccess);
+  EXPECT_EQ(byte, 'a');
+  KOVABufferInputFileHandler grown(file("grown", "1234"));
+  grown.DecideFileBufferSize();
+  grown.AllocateBuffer();
+  file("grown", std::string(5000, '5'));
+  grown.DecideFileBufferSize();
+  EXPECT_EQ(grown.FillBuffer(), KOVAResultCode::kSuccess);
+  EXPECT_EQ(grown.GetWindowEnd(), 4);
+  EXPECT_EQ(grown.GetByte(4999, byte), KOVAResultCode::kSuccess);
+  EXPECT_EQ(byte, '5');
+}
+
 TEST_F(Buffers, WhatCannotBeReadFailsWithOneEvent) {
   ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
   std::filesystem::create_directory(path("folder"));
@@ -140,6 +169,49 @@ TEST_F(Buffers, AFileThatShrinksEndsInAFailure) {
   EXPECT_EQ(buffer.GetOffset(), 100);
 }
 
+// What is left of a number, a line or a word is none of them.
+TEST_F(Buffers, TextThatCannotBeReadIsNotTakenForItsEnd) {
+  struct {
+    const char* what;
+    std::function<KOVAResult(KOVADefaultTxtBuffer&)> read;
+  } const table[] = {
+      {"int",
+       [](auto& text) {
+         int value;
+         return text.ReadInt(value);
+       }},
+      {"long",
+       [](auto& text) {
+         unsigned long value;
+         return text.ReadULngInt(value);
+       }},
+      {"line",
+       [](auto& text) {
+         KOVAString value;
+         return text.ReadLine(value);
+       }},
+      {"word",
+       [](auto& text) {
+         KOVAString value;
+         return text.ReadWord(value);
+       }},
+      {"skip", [](auto& text) { return text.SkipChars("12"); }},
+  };
+  for (const long begin : {0x400000L - 3, 0x400000L}) {
+    for (const auto& row : table) {
+      KOVADefaultTxtBuffer buffer(file("cut", std::string(0x400000 + 100, '1')), 0);
+      // The first window, which ends at 4 MiB.
+      EXPECT_EQ(buffer.SkipChars("0"), KOVAResultCode::kSuccess);
+      EXPECT_EQ(buffer.SetOffset(begin), KOVAResultCode::kSuccess);
+      std::filesystem::resize_file(path("cut"), 10);
+      kova::test::RecordedEvents events;
+      EXPECT_EQ(row.read(buffer), KOVAResultCode::kWindowReadFailed) << row.what;
+      EXPECT_EQ(buffer.GetOffset(), begin) << row.what;
+      EXPECT_EQ(events.take(), Lines({kNoNextInput})) << row.what;
+    }
+  }
+}
+
 TEST_F(Buffers, BinaryValuesFollowTheByteOrder) {
   std::string bytes("\0\0\0\1\1\0\0\0\x12\x34\x3F\xF0\0\0\0\0\0\0", 18);
   auto buffer = over<KOVADefaultBinaryBuffer>(bytes);
@@ -170,6 +242,14 @@ TEST_F(Buffers, BinaryValuesFollowTheByteOrder) {
   EXPECT_EQ(buffer.SetOffset(-1), KOVAResultCode::kFailure);
   EXPECT_EQ(events.take(), Lines(2, "80 Error : Offset Index beyond file length!!!\n"));
   EXPECT_EQ(buffer.GetOffset(), 16);
+
+  // Nothing of nothing is no failure, not even before the first window.
+  auto fresh = over<KOVADefaultBinaryBuffer>(bytes);
+  KOVAString none("x");
+  EXPECT_EQ(fresh.ReadUTF8String(0, none), KOVAResultCode::kSuccess);
+  EXPECT_EQ(none.length(), 0);
+  unsigned char nothing[1];
+  EXPECT_EQ(fresh.GetBufferBasedOnEndianNess(0, nothing), KOVAResultCode::kSuccess);
 
   unsigned char three[] = {1, 2, 3};
   KOVADefaultBinaryBuffer::MirrorBuffer(3, three);
@@ -257,7 +337,8 @@ TEST_F(Buffers, BinaryWritesReadBack) {
     EXPECT_EQ(input.WriteInt(1), KOVAResultCode::kNotSupported);
     // A count that promises more than there is costs nothing and moves nothing.
     input.SetOffset(0);
-    EXPECT_EQ(input.ReadUTF8String(0x7FFFFFFF, text), KOVAResultCode::kInvalidFile);
+    EXPECT_EQ(endOf([&] { input.ReadUTF8String(0x7FFFFFFF, text); }), "End of Buffer.");
+    EXPECT_EQ(endOf([&] { input.ReadWString(0x7FFFFFFF, text); }), "End of Buffer.");
     EXPECT_EQ(input.GetOffset(), 0);
   }
 }
@@ -325,6 +406,13 @@ TEST_F(Buffers, LongNumbersNeedABlankBehindThem) {
                                  : Lines({"80 Error :  Found number with digit length more than "
                                           "maximum possible length of 128.\n\n"}));
   }
+  // The blank behind the longest number stays, however it is read.
+  std::string real = digits + " " + digits;
+  double value = 1.0;
+  auto reals = over<KOVADefaultTxtBuffer>(real);
+  EXPECT_EQ(reals.ReadDouble(value), KOVAResultCode::kSuccess);
+  EXPECT_EQ(reals.GetOffset(), 127);
+
   std::string text = "12";
   auto buffer = over<KOVADefaultTxtBuffer>(text);
   char untouched[2] = {'a', 'b'};
@@ -342,6 +430,9 @@ TEST_F(Buffers, TextReadsAndWritesAgree) {
     EXPECT_EQ(output.WriteLine(KOVAString("a line")), KOVAResultCode::kSuccess);
     EXPECT_EQ(output.WriteAsciiString(KOVAString("  word \r\nlast")), KOVAResultCode::kSuccess);
     EXPECT_EQ(output.WriteDouble(HUGE_VAL), KOVAResultCode::kInvalidArgument);
+    EXPECT_EQ(output.WriteLine(KOVAString()), KOVAResultCode::kSuccess);
+    EXPECT_EQ(output.WriteULngInt(3000000000UL), KOVAResultCode::kInvalidArgument);
+    EXPECT_EQ(output.WriteULngInt(~1UL), KOVAResultCode::kSuccess);
     EXPECT_EQ(output.Flush(), KOVAResultCode::kSuccess);
   }
   KOVADefaultTxtBuffer input(file("text"), 0);
@@ -361,6 +452,9 @@ TEST_F(Buffers, TextReadsAndWritesAgree) {
   EXPECT_EQ(input.ReadLine(text), KOVAResultCode::kSuccess);
   EXPECT_EQ(input.ReadLine(text), KOVAResultCode::kSuccess);
   EXPECT_TRUE(text == KOVAString("last"));
+  unsigned long word = 0;
+  EXPECT_EQ(input.ReadULngInt(word), KOVAResultCode::kSuccess);
+  EXPECT_EQ(word, ~1UL);
   kova::test::RecordedEvents events;
   EXPECT_EQ(input.ReadLine(text), KOVAResultCode::kFailure);
   EXPECT_EQ(events.take(), Lines({"70 Warning : \n Found line with invalid length.\n\n"}));
