@@ -111,6 +111,7 @@
 #include "kovabase/options/KOVAEnvironmentVariableScoped.h"
 #include "kovabase/options/KOVAInternalOptionManager.h"
 #include "kovabase/options/KOVAOption.h"
+#include "kovabase/options/KOVAOptionCatalogue.h"
 #include "kovabase/options/KOVAOptionName.h"
 #include "kovabase/options/KOVAOptionUtils.h"
 #include "kovabase/options/KOVAOptions.h"
