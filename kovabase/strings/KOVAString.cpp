@@ -110,7 +110,7 @@ KOVAString::KOVAString(unsigned short unit) {
 KOVAString::KOVAString(int codePoint) { assignUTF32(&codePoint, 1); }
 
 KOVAString::KOVAString(const unsigned short* text) {
-  int count = 0;
+  long long count = 0;
   while (text != nullptr && text[count] != 0) ++count;
   assignUnits(text, count);
 }
@@ -157,11 +157,11 @@ KOVAString& KOVAString::operator=(KOVAString&& other) noexcept {
 
 // The three below are for objects without a block.
 
-void KOVAString::assignUnits(const unsigned short* source, int count) {
+void KOVAString::assignUnits(const unsigned short* source, long long count) {
   unsigned short* const out = allocate(count);
-  if (count > 0) copyUnits(out, source, toSize(count));
-  out[count] = 0;
-  _length = count;
+  _length = static_cast<int>(count);
+  if (count > 0) copyUnits(out, source, toSize(_length));
+  out[_length] = 0;
 }
 
 void KOVAString::assignBytes(const char* bytes, long long byteCount, const char* codepage) {
@@ -506,9 +506,13 @@ int KOVAString::getConvertToUTF32Size() const noexcept {
 int KOVAString::getConvertToWideCharacterSize() const noexcept { return _length + 1; }
 
 int KOVAString::getConvertToMBCSSize(const char* codepage) const noexcept {
+  const CodepageKind kind = Codepage::findForReading(codepage).kind;
+  if (kind == CodepageKind::kUTF8) return getConvertToUTF8Size();
+  // A text that takes a byte per unit in UTF-8 does so wherever ASCII is itself.
+  const std::size_t count = toSize(_length);
+  if (kind != CodepageKind::kOther && sizeInUTF8(getUnits(), count) == count) return _length + 1;
   const Codepage page = Codepage::find(codepage);
   if (page.converter == nullptr) return 0;
-  if (page.kind == CodepageKind::kUTF8) return getConvertToUTF8Size();
   return saturate(encodedSize(page.converter, getUnits(), _length) + 1);
 }
 

@@ -218,7 +218,7 @@ class KOVABASE_API KOVAString {
   void growFor(long long unitCount);
   void shrink() noexcept;
   void setLength(int unitCount) noexcept;
-  void assignUnits(const unsigned short* source, int count);
+  void assignUnits(const unsigned short* source, long long count);
   void assignBytes(const char* bytes, long long count, const char* codepage);
   void readBytes(const char* bytes, std::size_t count, std::size_t done, const char* codepage);
   void assignUTF32(const int* values, long long count);
