@@ -17,8 +17,8 @@ namespace {
 // The exact part comes before the wildcard at every level; below the last level there is nothing.
 KOVAOption* findBelow(const KOVAOptionToken* node, const NameParts& name, int level) {
   if (node == nullptr) return nullptr;
-  if (node->option() != nullptr) return node->option();
-  if (level < name.contexts() && !name.context(level).isWildcard()) {
+  if (level >= name.contexts()) return node->optionOfWildcards();
+  if (!name.context(level).isWildcard()) {
     KOVAOption* found = findBelow(node->findChild(name.context(level)), name, level + 1);
     if (found != nullptr) return found;
   }

@@ -55,10 +55,14 @@ KOVAOptionToken* KOVAOptionToken::findOrAddWildcard() {
 }
 
 void KOVAOptionToken::setOption(const KOVAOption& option) {
-  if (_option == nullptr) {
-    _option = new KOVAOption(option);
-  } else {
+  if (_option != nullptr) {
     *_option = option;
+    return;
+  }
+  _option = _wildcardOption = new KOVAOption(option);
+  for (KOVAOptionToken* node = this; node->_parent != nullptr && node->_parent->_wildcard == node;
+       node = node->_parent) {
+    node->_parent->_wildcardOption = _option;
   }
 }
 
@@ -100,6 +104,7 @@ void KOVAOptionToken::removeChildren() noexcept {
   delete _table;
   _firstChild = _lastChild = _wildcard = nullptr;
   _table = nullptr;
+  _wildcardOption = nullptr;
   _children = 0;
 }
 

@@ -22,7 +22,9 @@ class KOVAOptionToken {
   KOVAOptionToken* findOrAddWildcard();
 
   KOVAOption* option() const { return _option; }
-  /// Assigns to the option of this node, or makes it.
+  /// The option at the end of the wildcards below this node, or its own; null when there is none.
+  KOVAOption* optionOfWildcards() const { return _wildcardOption; }
+  /// Assigns to the option of this node, or makes it. The node is on the last level.
   void setOption(const KOVAOption& option);
 
   /// The next node that holds an option, below this one and behind it, or null. Named children come
@@ -52,4 +54,6 @@ class KOVAOptionToken {
   KOVAOptionToken* _wildcard = nullptr;
   ChildTable* _table = nullptr;
   KOVAOption* _option = nullptr;
+  // Saves look-ups the way down.
+  KOVAOption* _wildcardOption = nullptr;
 };
