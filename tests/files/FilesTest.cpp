@@ -229,12 +229,16 @@ TEST(KOVAFileFinder, FindsTheNearestFile) {
   directory.write("only/very/deep/one.stp");
   fs::create_directories(directory / "c/dir.stp");
   fs::create_directory_symlink(directory.native(), directory / "a/loop");
+  const TemporaryDirectory elsewhere;
+  elsewhere.write("outside.stp");
+  fs::create_directory_symlink(elsewhere.native(), directory / "a/link");
   const std::string folder = utf8(directory.path());
   Stp finder(directory.path());
   KOVAFilePath found("kept");
 
   EXPECT_EQ(finder.Find("missing", found), KOVAResultCode::kFileNotFound);
   EXPECT_EQ(finder.Find("dir", found), KOVAResultCode::kFileNotFound);
+  EXPECT_EQ(finder.Find("outside", found), KOVAResultCode::kFileNotFound);
   EXPECT_EQ(finder.Find("refused", found), KOVAResultCode::kFailure);
   EXPECT_EQ(utf8(found), "kept");
   EXPECT_EQ(finder.Find("some/where/part", found), KOVAResultCode::kSuccess);

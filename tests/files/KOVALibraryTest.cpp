@@ -326,6 +326,9 @@ TEST_F(KOVALibraryTest, FindsFilesOfLibrariesAndPrograms) {
     const WorkingDirectory working(directory.native());
     const KOVAEnvironmentVariableScoped path("PATH", ":bin;" KOVA_TEST_FIXTURES "/");
     EXPECT_EQ(KOVALibrary::GetDirInPath("absent", false, found), KOVAResultCode::kFailure);
+    // The empty entry does not stand for the root.
+    EXPECT_EQ(KOVALibrary::GetDirInPath((directory / "bin/tool").c_str() + 1, false, found),
+              KOVAResultCode::kFailure);
     EXPECT_EQ(utf8(found), "kept");
     EXPECT_EQ(KOVALibrary::GetDirInPath("tool", false, found), KOVAResultCode::kSuccess);
     EXPECT_EQ(utf8(found), "bin\\");

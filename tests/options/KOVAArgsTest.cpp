@@ -85,6 +85,16 @@ TEST(KOVAArgs, FetchingAnArgumentEndsAGroup) {
     EXPECT_TRUE(args.GetNextOption(3, names.data(), &which));
     EXPECT_EQ(which, 2);
   }
+  {
+    Words line{"p", "-abc", "xyz", "-c"};
+    KOVAArgs args(line.count(), line.data());
+    char* argument = nullptr;
+    EXPECT_TRUE(args.GetNextOption(3, names.data(), &which));
+    EXPECT_TRUE(args.GetOptionArgument(&argument));
+    EXPECT_STREQ(argument, "xyz");
+    EXPECT_TRUE(args.GetNextOption(3, names.data(), &which));
+    EXPECT_EQ(which, 2);
+  }
   Words line{"p", "-abc"};
   KOVAArgs args(line.count(), line.data());
   EXPECT_TRUE(args.GetNextOption(3, names.data(), &which));
