@@ -36,6 +36,7 @@ class KOVABASE_API KOVABufferInputFileHandler : public KOVABufferFileHandler {
 
   KOVAResult FillBuffer() override;
   KOVAResult GetByte(long position, unsigned char& byte) override;
+  /// 64 KiB and more that are not in the window are read past it, and it stays where it is.
   KOVAResult GetBytes(long offset, int count, unsigned char* destination) override;
   KOVAResult AdvancePointerPosition(long position) override;
 };

@@ -88,15 +88,19 @@ KOVAResult KOVADefaultBinaryBuffer::ReadArray(T* values, int count) {
     const int whole = static_cast<int>(
         std::min<std::ptrdiff_t>((_end - _cursor) / static_cast<std::ptrdiff_t>(sizeof(T)), count));
     if (whole == 0) {
-      // The next value begins a window or lies across two.
+      // The next value begins a window or lies across two. A long rest need not go through windows,
+      // in pieces that stay in the cache until they are turned round.
+      constexpr int kPiece = 0x10000 / static_cast<int>(sizeof(T));
+      const int piece = count >= kPiece ? kPiece : 1;
       try {
-        result = ReadValueAcross(*values);
+        result = ReadBytes(values, piece * static_cast<int>(sizeof(T)));
       } catch (...) {
         SetOffset(begin);
         throw;
       }
-      ++values;
-      --count;
+      if (result.IsSuccess() && isTurned) SwapAll(values, piece);
+      values += piece;
+      count -= piece;
       continue;
     }
     const std::size_t bytes = static_cast<std::size_t>(whole) * sizeof(T);

@@ -271,7 +271,8 @@ TEST_F(Buffers, FilesAcrossWindowsReadLikeMemory) {
     fromMemory.SetEndianness(mode);
     for (int round = 0; round < 200; ++round) {
       const long offset = static_cast<long>(random() % bytes.size());
-      const int count = static_cast<int>(random() % 3000);
+      // Few values, and so many that they are read past the window.
+      const int count = static_cast<int>(random() % (round % 8 == 0 ? 40000 : 3000));
       ASSERT_EQ(fromFile.SetOffset(offset), fromMemory.SetOffset(offset));
       std::vector<double> whole(static_cast<std::size_t>(count), 0.0);
       std::vector<double> single = whole;
