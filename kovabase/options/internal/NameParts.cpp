@@ -87,6 +87,8 @@ bool NamePart::equals(const NamePart& other) const {
     // Different up to here; what is beyond ASCII may still fold to the same text.
     if (areASCII) return false;
   }
+  // Nothing folds to the empty text, whose units may be null.
+  if (count == 0 || other.count == 0) return false;
   return compareIgnoringCase(units, static_cast<std::size_t>(count), other.units,
                              static_cast<std::size_t>(other.count)) == 0;
 }
