@@ -353,61 +353,56 @@ void arrayQt(benchmark::State& state, std::size_t count) {
 
 using Function = void (*)(benchmark::State&, std::size_t);
 
-// "<work>, 1k/<who>" and "<work>, 1M/<who>".
-void addSizes(const std::string& work, const std::string& who, Function function) {
-  benchmark::RegisterBenchmark((work + ", 1k/" + who).c_str(), function, 1000);
-  benchmark::RegisterBenchmark((work + ", 1M/" + who).c_str(), function, 1'000'000);
-}
-
-void addPlacements(const std::string& work, const std::string& who,
-                   void (*function)(benchmark::State&)) {
-  benchmark::RegisterBenchmark((work + "/" + who).c_str(), function);
+// "<work>/<who>/1k" and "<work>/<who>/1M".
+void addSizes(const std::string& name, Function function) {
+  benchmark::RegisterBenchmark((name + "/1k").c_str(), function, 1000);
+  benchmark::RegisterBenchmark((name + "/1M").c_str(), function, 1'000'000);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  addSizes("doubles one by one", "KOVAPoint3D", onePointOurs);
-  addSizes("doubles one by one", "loose coordinates", onePointLoose);
+  addSizes("transform one by one/KOVAPoint3D", onePointOurs);
+  addSizes("transform one by one/KOVAMorph3D on loose coordinates", onePointLoose);
 #ifdef KOVA_HAS_OCCT
-  addSizes("doubles one by one", "gp_Pnt", onePointOcct);
+  addSizes("transform one by one/gp_Pnt", onePointOcct);
 #endif
-  addSizes("array of doubles", "KOVATransformPoints", arrayByMorph<double>);
-  addSizes("array of doubles", "in place", arrayByMorphInPlace);
+  addSizes("transform doubles/KOVATransformPoints", arrayByMorph<double>);
+  addSizes("transform doubles/KOVATransformPoints in place", arrayByMorphInPlace);
 #ifdef KOVA_HAS_GLM
-  addSizes("array of doubles", "glm", arrayGlm<double>);
+  addSizes("transform doubles/glm", arrayGlm<double>);
 #endif
 #ifdef KOVA_HAS_EIGEN
-  addSizes("array of doubles", "Eigen", arrayEigen<double>);
+  addSizes("transform doubles/Eigen", arrayEigen<double>);
 #endif
-  addSizes("array of doubles", "memcpy", copyArray<double>);
-  addSizes("array of floats by a 4x4 matrix", "KOVATransformPoints", arrayByMatrix);
+  addSizes("copy doubles/memcpy", copyArray<double>);
+  addSizes("transform floats by 4x4/KOVATransformPoints", arrayByMatrix);
 #ifdef KOVA_HAS_GLM
-  addSizes("array of floats by a 4x4 matrix", "glm", arrayGlm<float>);
+  addSizes("transform floats by 4x4/glm", arrayGlm<float>);
 #endif
 #ifdef KOVA_HAS_EIGEN
-  addSizes("array of floats by a 4x4 matrix", "Eigen", arrayEigen<float>);
+  addSizes("transform floats by 4x4/Eigen", arrayEigen<float>);
 #endif
 #ifdef KOVA_HAS_QT
-  addSizes("array of floats by a 4x4 matrix", "QMatrix4x4", arrayQt);
+  addSizes("transform floats by 4x4/QMatrix4x4", arrayQt);
 #endif
-  addSizes("array of floats by a 4x4 matrix", "memcpy", copyArray<float>);
-  addSizes("array of floats by a morph", "KOVATransformPoints", arrayByMorph<float>);
-  addPlacements("compose 1k placements", "KOVAMorph3D::Multiply", composeOurs);
-  addPlacements("compose 1k placements", "KOVAMorph3D::multiply", composeOursByValue);
+  addSizes("copy floats/memcpy", copyArray<float>);
+  addSizes("transform floats by a morph/KOVATransformPoints", arrayByMorph<float>);
+  benchmark::RegisterBenchmark("compose placements/KOVAMorph3D::Multiply", composeOurs);
+  benchmark::RegisterBenchmark("compose placements/KOVAMorph3D::multiply", composeOursByValue);
 #ifdef KOVA_HAS_OCCT
-  addPlacements("compose 1k placements", "gp_Trsf", composeOcct);
+  benchmark::RegisterBenchmark("compose placements/gp_Trsf", composeOcct);
 #endif
 #ifdef KOVA_HAS_EIGEN
-  addPlacements("compose 1k placements", "Eigen", composeEigen);
+  benchmark::RegisterBenchmark("compose placements/Eigen", composeEigen);
 #endif
-  addPlacements("invert 1k placements", "KOVAMorph3D::Inverse", invertOurs);
-  addPlacements("invert 1k placements", "KOVAMorph3D::inverse", invertOursByValue);
+  benchmark::RegisterBenchmark("invert placements/KOVAMorph3D::Inverse", invertOurs);
+  benchmark::RegisterBenchmark("invert placements/KOVAMorph3D::inverse", invertOursByValue);
 #ifdef KOVA_HAS_OCCT
-  addPlacements("invert 1k placements", "gp_Trsf", invertOcct);
+  benchmark::RegisterBenchmark("invert placements/gp_Trsf", invertOcct);
 #endif
 #ifdef KOVA_HAS_EIGEN
-  addPlacements("invert 1k placements", "Eigen", invertEigen);
+  benchmark::RegisterBenchmark("invert placements/Eigen", invertEigen);
 #endif
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

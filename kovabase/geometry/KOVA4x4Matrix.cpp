@@ -41,6 +41,7 @@ KOVA4x4Matrix::KOVA4x4Matrix(const float* entries) {
 }
 
 KOVA4x4Matrix& KOVA4x4Matrix::operator=(const KOVA4x4Matrix& other) {
+  if (this == &other) return *this;
   std::copy(other._entries, other._entries + 16, _entries);
   _determinant = other._determinant;
   _isShared = _isShared || other._isShared;

@@ -59,16 +59,34 @@ class KOVABASE_API KOVAAffine {
   bool SetTo(const KOVAAffine& other);
 
  protected:
-  /// The identity.
-  /// @param dimension  2 or 3.
-  explicit KOVAAffine(int dimension) : _elements{1.0}, _dimension(dimension) {
-    for (int i = 1; i < dimension; ++i) _elements[i * (dimension + 1)] = 1.0;
-  }
+  /// @param elements  in column order, as many as the square of the dimension; null gives the
+  ///   identity.
+  explicit KOVAAffine(int dimension, const double* elements = nullptr)
+      : KOVAAffine(elements != nullptr ? elements
+                   : dimension == 2    ? kIdentity2D
+                                       : kIdentity3D,
+                   dimension) {}
   KOVAAffine(const KOVAAffine&) = default;
   KOVAAffine& operator=(const KOVAAffine&) = default;
   ~KOVAAffine() = default;
 
  private:
+  static constexpr double kIdentity2D[4] = {1.0, 0.0, 0.0, 1.0};
+  static constexpr double kIdentity3D[9] = {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
+
+  // Each element is written once: placements are built in large numbers.
+  KOVAAffine(const double* m, int dimension)
+      : _elements{m[0],
+                  m[1],
+                  m[2],
+                  m[3],
+                  dimension == 3 ? m[4] : 0.0,
+                  dimension == 3 ? m[5] : 0.0,
+                  dimension == 3 ? m[6] : 0.0,
+                  dimension == 3 ? m[7] : 0.0,
+                  dimension == 3 ? m[8] : 0.0},
+        _dimension(dimension) {}
+
   bool IsInside(int index) const { return index >= 0 && index < _dimension; }
 
   // First, so that copies move the pairs that computations have stored.

@@ -7,4 +7,6 @@
 class KOVABASE_API KOVAAffine2D : public KOVAAffine {
  public:
   KOVAAffine2D() : KOVAAffine(2) {}
+  /// @param elements  four doubles in column order; null gives the identity.
+  explicit KOVAAffine2D(const double* elements) : KOVAAffine(2, elements) {}
 };

@@ -36,6 +36,7 @@ KOVAMath3x3Matrixf::KOVAMath3x3Matrixf(const float* entries) {
 }
 
 KOVAMath3x3Matrixf& KOVAMath3x3Matrixf::operator=(const KOVAMath3x3Matrixf& other) {
+  if (this == &other) return *this;
   std::copy(other._entries, other._entries + 9, _entries);
   if (_kind != kShared) _kind = other._kind;
   return *this;

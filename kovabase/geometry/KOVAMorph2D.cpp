@@ -48,66 +48,73 @@ void KOVAMorph2D::FixScaleFactor() {
   _scaleFixed = true;
 }
 
+inline KOVAMorph2D::KOVAMorph2D(const Parts& parts)
+    : KOVAMorph(parts.scale),
+      _linear(parts.linear),
+      _translation(parts.translation[0], parts.translation[1]) {
+  fixMorphFlags();
+}
+
+inline void KOVAMorph2D::setParts(const Parts& parts) {
+  copyMatrix<2>(parts.linear, _linear.GetElements());
+  _translation[0] = parts.translation[0];
+  _translation[1] = parts.translation[1];
+  _scale = parts.scale;
+  _scaleFixed = false;
+  fixMorphFlags();
+}
+
+inline bool KOVAMorph2D::computeInverse(Parts& inverse) const {
+  inverse.scale = 1.0 / _scale;
+  if (inverse.scale == 0.0 || !std::isfinite(inverse.scale) ||
+      !invertMatrix<2>(_linear.GetElements(), inverse.linear)) {
+    return false;
+  }
+  multiplyVector<2>(inverse.linear, _translation.GetStoredCoordinates(), inverse.translation);
+  // From 0, so that no coordinate becomes -0.
+  inverse.translation[0] = 0.0 - inverse.scale * inverse.translation[0];
+  inverse.translation[1] = 0.0 - inverse.scale * inverse.translation[1];
+  return true;
+}
+
+inline void KOVAMorph2D::computeProduct(const KOVAMorph2D& other, Parts& product) const {
+  product.translation[0] = _translation[0];
+  product.translation[1] = _translation[1];
+  transformCoordinates<2, false>(other, product.translation, false, 1.0);
+  multiplyMatrices<2>(other._linear.GetElements(), _linear.GetElements(), product.linear);
+  product.scale = _scale * other._scale;
+}
+
 KOVAResult KOVAMorph2D::Inverse(KOVAMorph& inverse) const {
   if (inverse.GetDimension() != 2) return KOVAResultCode::kInvalidArgument;
-  return invertInto(static_cast<KOVAMorph2D&>(inverse)) ? KOVAResultCode::kSuccess
-                                                        : KOVAResultCode::kFailure;
+  Parts parts;
+  if (!computeInverse(parts)) {
+    inverse.SetToIdentity();
+    return KOVAResultCode::kFailure;
+  }
+  static_cast<KOVAMorph2D&>(inverse).setParts(parts);
+  return KOVAResultCode::kSuccess;
 }
 
 KOVAMorph2D KOVAMorph2D::inverse() const {
-  KOVAMorph2D result;
-  invertInto(result);
-  return result;
+  Parts parts;
+  return computeInverse(parts) ? KOVAMorph2D(parts) : KOVAMorph2D();
 }
 
 KOVAResult KOVAMorph2D::Multiply(const KOVAMorph& other, KOVAMorph& result) const {
   if (other.GetDimension() != 2 || result.GetDimension() != 2) {
     return KOVAResultCode::kInvalidArgument;
   }
-  multiplyInto(static_cast<const KOVAMorph2D&>(other), static_cast<KOVAMorph2D&>(result));
+  Parts parts;
+  computeProduct(static_cast<const KOVAMorph2D&>(other), parts);
+  static_cast<KOVAMorph2D&>(result).setParts(parts);
   return KOVAResultCode::kSuccess;
 }
 
 KOVAMorph2D KOVAMorph2D::multiply(const KOVAMorph2D& other) const {
-  KOVAMorph2D result;
-  multiplyInto(other, result);
-  return result;
-}
-
-bool KOVAMorph2D::invertInto(KOVAMorph2D& inverse) const {
-  const double scale = 1.0 / _scale;
-  double linear[4];
-  if (scale == 0.0 || !std::isfinite(scale) || !invertMatrix<2>(_linear.GetElements(), linear)) {
-    inverse.SetToIdentity();
-    return false;
-  }
-  double translation[2] = {};
-  if (isTranslation()) {
-    multiplyVector<2>(linear, _translation.GetStoredCoordinates(), translation);
-    // From 0, so that no coordinate becomes -0.
-    translation[0] = 0.0 - scale * translation[0];
-    translation[1] = 0.0 - scale * translation[1];
-  }
-  inverse.setParts(linear, scale, translation);
-  return true;
-}
-
-void KOVAMorph2D::multiplyInto(const KOVAMorph2D& other, KOVAMorph2D& result) const {
-  double translation[2] = {_translation[0], _translation[1]};
-  transformCoordinates<2, false>(other, translation, false, 1.0);
-  double linear[4];
-  multiplyMatrices<2>(other._linear.GetElements(), _linear.GetElements(), linear);
-  result.setParts(linear, _scale * other._scale, translation);
-}
-
-// The result of an operation may be its operand, so that it is written to when all is computed.
-inline void KOVAMorph2D::setParts(const double* linear, double scale, const double* translation) {
-  copyMatrix<2>(linear, _linear.GetElements());
-  _translation[0] = translation[0];
-  _translation[1] = translation[1];
-  _scale = scale;
-  _scaleFixed = false;
-  fixMorphFlags();
+  Parts parts;
+  computeProduct(other, parts);
+  return KOVAMorph2D(parts);
 }
 
 void KOVAPoint2D::Transform(const KOVAMorph2D& morph, bool noTranslation) {

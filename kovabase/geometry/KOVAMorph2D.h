@@ -32,9 +32,17 @@ class KOVABASE_API KOVAMorph2D : public KOVAMorph {
   void fixMorphFlags() final;
 
  private:
-  bool invertInto(KOVAMorph2D& inverse) const;
-  void multiplyInto(const KOVAMorph2D& other, KOVAMorph2D& result) const;
-  void setParts(const double* linear, double scale, const double* translation);
+  // The numbers of a result, computed before the result is touched: it may be an operand.
+  struct Parts {
+    double linear[4];
+    double scale;
+    double translation[2];
+  };
+
+  explicit KOVAMorph2D(const Parts& parts);
+  void setParts(const Parts& parts);
+  bool computeInverse(Parts& inverse) const;
+  void computeProduct(const KOVAMorph2D& other, Parts& product) const;
 
   KOVAAffine2D _linear;
   KOVAPoint2D _translation;

@@ -61,68 +61,76 @@ void KOVAMorph3D::FixScaleFactor() {
   _scaleFixed = true;
 }
 
+inline KOVAMorph3D::KOVAMorph3D(const Parts& parts)
+    : KOVAMorph(parts.scale),
+      _linear(parts.linear),
+      _translation(parts.translation[0], parts.translation[1], parts.translation[2]) {
+  fixMorphFlags();
+}
+
+inline void KOVAMorph3D::setParts(const Parts& parts) {
+  copyMatrix<3>(parts.linear, _linear.GetElements());
+  _translation[0] = parts.translation[0];
+  _translation[1] = parts.translation[1];
+  _translation[2] = parts.translation[2];
+  _scale = parts.scale;
+  _scaleFixed = false;
+  fixMorphFlags();
+}
+
+inline bool KOVAMorph3D::computeInverse(Parts& inverse) const {
+  inverse.scale = 1.0 / _scale;
+  if (inverse.scale == 0.0 || !std::isfinite(inverse.scale) ||
+      !invertMatrix<3>(_linear.GetElements(), inverse.linear)) {
+    return false;
+  }
+  multiplyVector<3>(inverse.linear, _translation.GetStoredCoordinates(), inverse.translation);
+  // From 0, so that no coordinate becomes -0.
+  inverse.translation[0] = 0.0 - inverse.scale * inverse.translation[0];
+  inverse.translation[1] = 0.0 - inverse.scale * inverse.translation[1];
+  inverse.translation[2] = 0.0 - inverse.scale * inverse.translation[2];
+  return true;
+}
+
+inline void KOVAMorph3D::computeProduct(const KOVAMorph3D& other, Parts& product) const {
+  product.translation[0] = _translation[0];
+  product.translation[1] = _translation[1];
+  product.translation[2] = _translation[2];
+  transformCoordinates<3, false>(other, product.translation, false, 1.0);
+  multiplyMatrices<3>(other._linear.GetElements(), _linear.GetElements(), product.linear);
+  product.scale = _scale * other._scale;
+}
+
 KOVAResult KOVAMorph3D::Inverse(KOVAMorph& inverse) const {
   if (inverse.GetDimension() != 3) return KOVAResultCode::kInvalidArgument;
-  return invertInto(static_cast<KOVAMorph3D&>(inverse)) ? KOVAResultCode::kSuccess
-                                                        : KOVAResultCode::kFailure;
+  Parts parts;
+  if (!computeInverse(parts)) {
+    inverse.SetToIdentity();
+    return KOVAResultCode::kFailure;
+  }
+  static_cast<KOVAMorph3D&>(inverse).setParts(parts);
+  return KOVAResultCode::kSuccess;
 }
 
 KOVAMorph3D KOVAMorph3D::inverse() const {
-  KOVAMorph3D result;
-  invertInto(result);
-  return result;
+  Parts parts;
+  return computeInverse(parts) ? KOVAMorph3D(parts) : KOVAMorph3D();
 }
 
 KOVAResult KOVAMorph3D::Multiply(const KOVAMorph& other, KOVAMorph& result) const {
   if (other.GetDimension() != 3 || result.GetDimension() != 3) {
     return KOVAResultCode::kInvalidArgument;
   }
-  multiplyInto(static_cast<const KOVAMorph3D&>(other), static_cast<KOVAMorph3D&>(result));
+  Parts parts;
+  computeProduct(static_cast<const KOVAMorph3D&>(other), parts);
+  static_cast<KOVAMorph3D&>(result).setParts(parts);
   return KOVAResultCode::kSuccess;
 }
 
 KOVAMorph3D KOVAMorph3D::multiply(const KOVAMorph3D& other) const {
-  KOVAMorph3D result;
-  multiplyInto(other, result);
-  return result;
-}
-
-bool KOVAMorph3D::invertInto(KOVAMorph3D& inverse) const {
-  const double scale = 1.0 / _scale;
-  double linear[9];
-  if (scale == 0.0 || !std::isfinite(scale) || !invertMatrix<3>(_linear.GetElements(), linear)) {
-    inverse.SetToIdentity();
-    return false;
-  }
-  double translation[3] = {};
-  if (isTranslation()) {
-    multiplyVector<3>(linear, _translation.GetStoredCoordinates(), translation);
-    // From 0, so that no coordinate becomes -0.
-    translation[0] = 0.0 - scale * translation[0];
-    translation[1] = 0.0 - scale * translation[1];
-    translation[2] = 0.0 - scale * translation[2];
-  }
-  inverse.setParts(linear, scale, translation);
-  return true;
-}
-
-void KOVAMorph3D::multiplyInto(const KOVAMorph3D& other, KOVAMorph3D& result) const {
-  double translation[3] = {_translation[0], _translation[1], _translation[2]};
-  transformCoordinates<3, false>(other, translation, false, 1.0);
-  double linear[9];
-  multiplyMatrices<3>(other._linear.GetElements(), _linear.GetElements(), linear);
-  result.setParts(linear, _scale * other._scale, translation);
-}
-
-// The result of an operation may be its operand, so that it is written to when all is computed.
-inline void KOVAMorph3D::setParts(const double* linear, double scale, const double* translation) {
-  copyMatrix<3>(linear, _linear.GetElements());
-  _translation[0] = translation[0];
-  _translation[1] = translation[1];
-  _translation[2] = translation[2];
-  _scale = scale;
-  _scaleFixed = false;
-  fixMorphFlags();
+  Parts parts;
+  computeProduct(other, parts);
+  return KOVAMorph3D(parts);
 }
 
 void KOVAPoint3D::Transform(const KOVAMorph3D& morph, bool noTranslation) {

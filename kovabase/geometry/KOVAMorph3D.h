@@ -36,9 +36,17 @@ class KOVABASE_API KOVAMorph3D : public KOVAMorph {
   void fixMorphFlags() final;
 
  private:
-  bool invertInto(KOVAMorph3D& inverse) const;
-  void multiplyInto(const KOVAMorph3D& other, KOVAMorph3D& result) const;
-  void setParts(const double* linear, double scale, const double* translation);
+  // The numbers of a result, computed before the result is touched: it may be an operand.
+  struct Parts {
+    double linear[9];
+    double scale;
+    double translation[3];
+  };
+
+  explicit KOVAMorph3D(const Parts& parts);
+  void setParts(const Parts& parts);
+  bool computeInverse(Parts& inverse) const;
+  void computeProduct(const KOVAMorph3D& other, Parts& product) const;
 
   KOVAAffine3D _linear;
   KOVAPoint3D _translation;

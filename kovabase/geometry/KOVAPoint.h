@@ -26,6 +26,7 @@ class KOVABASE_API KOVAPoint : public KOVAReferenceCount {
     for (int i = 0; i < kMaxDimension; ++i) _coordinates[i] = other._coordinates[i];
   }
   /// Copies the coordinates alone: the dimension and the handles of this point stay.
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): a coordinate may be copied onto itself
   KOVAPoint& operator=(const KOVAPoint& other) {
     for (int i = 0; i < _dimension; ++i) _coordinates[i] = other._coordinates[i];
     return *this;

@@ -50,6 +50,8 @@ TEST(KOVAAffine, ElementsRowsAndColumns) {
   double values[3];
   EXPECT_TRUE(affine.GetRow(1, values));
   EXPECT_EQ(KOVAPoint3D(values) * KOVAPoint3D(1, 10, 100), 654);
+  EXPECT_TRUE(KOVAAffine3D(affine.GetElements()) == affine);
+  EXPECT_TRUE(KOVAAffine2D(nullptr).IsIdentity());
   EXPECT_TRUE(affine.GetColumn(1, values));
   EXPECT_EQ(KOVAPoint3D(values) * KOVAPoint3D(1, 10, 100), 852);
   EXPECT_TRUE(affine.SetColumn(2, values));
