@@ -20,7 +20,6 @@
 #endif
 
 #include <atomic>
-#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -169,12 +168,10 @@ enum class Timed { kQueueing, kAll };
 
 template <typename Queueing, typename Rest>
 void timeIteration(benchmark::State& state, Timed timed, Queueing queueing, Rest rest) {
-  const auto start = std::chrono::steady_clock::now();
   queueing();
-  auto end = std::chrono::steady_clock::now();
+  if (timed == Timed::kQueueing) state.PauseTiming();
   rest();
-  if (timed == Timed::kAll) end = std::chrono::steady_clock::now();
-  state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+  if (timed == Timed::kQueueing) state.ResumeTiming();
 }
 
 void queueEvents(benchmark::State& state, Timed timed) {
@@ -287,7 +284,7 @@ BENCHMARK(queueSpdlogAsync)
     ->Name("queue 1M of each thread/spdlog async")
     ->Arg(1)
     ->Arg(2)
-    ->UseManualTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 #endif
 
@@ -302,25 +299,25 @@ BENCHMARK_CAPTURE(queueEvents, , Timed::kQueueing)
     ->Name("queue 1M of each thread/KOVAMTEventBus")
     ->Arg(1)
     ->Arg(2)
-    ->UseManualTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(queueUniquePointers, , Timed::kQueueing)
     ->Name("queue 1M of each thread/vector of unique_ptr")
     ->Arg(1)
     ->Arg(2)
-    ->UseManualTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(queueEvents, , Timed::kAll)
     ->Name("queue and flush 1M of each thread/KOVAMTEventBus")
     ->Arg(1)
     ->Arg(2)
-    ->UseManualTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(queueUniquePointers, , Timed::kAll)
     ->Name("queue and flush 1M of each thread/vector of unique_ptr")
     ->Arg(1)
     ->Arg(2)
-    ->UseManualTime()
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

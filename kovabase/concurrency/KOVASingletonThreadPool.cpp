@@ -174,7 +174,12 @@ int wantedThreads() {
   return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
 }
 
-void leaveWorkersBehind() { pool().service.abandon(); }
+// At the end of the process.
+void leaveWorkersBehind() {
+  // Another thread that is just starting or joining the workers is left to itself, too.
+  const std::unique_lock lock(pool().lifecycle, std::try_to_lock);
+  if (lock.owns_lock()) pool().service.abandon();
+}
 
 void synchronise() {
   if (!isOnWorker()) pool().service.synchronise();

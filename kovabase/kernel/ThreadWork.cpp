@@ -3,6 +3,7 @@
 #include "kovabase/platform/Processor.h"
 
 #include <chrono>
+#include <utility>
 
 namespace kova::kernel {
 
@@ -12,31 +13,56 @@ using Clock = std::chrono::steady_clock;
 
 // To sleep and be woken takes tens of microseconds; the next job often comes sooner.
 constexpr auto kSpinTime = std::chrono::microseconds(6);
+constexpr int kPausesOfWorkers = 32;
 // How long the end of the process waits for jobs that are still running.
 constexpr auto kPatience = std::chrono::seconds(1);
 
+// Lets others have the processor in between: where there are more threads than processors, what is
+// waited for may need this one.
+// @param pauses  between two looks: each look takes a cache line away from those who write it.
 template <typename Condition>
-bool spinUntil(Condition isMet) {
-  const auto end = Clock::now() + kSpinTime;
-  do {
-    for (int i = 0; i < 16; ++i) {
-      if (isMet()) return true;
+bool spinUntil(int pauses, Condition isMet) {
+  Clock::time_point end{};
+  for (;;) {
+    for (int i = 0; i < 32; ++i) {
+      if ((i + 1) % pauses == 0 && isMet()) return true;
       platform::relaxProcessor();
     }
-  } while (Clock::now() < end);
-  return isMet();
+    const Clock::time_point now = Clock::now();
+    if (end == Clock::time_point{}) {
+      end = now + kSpinTime;
+    } else if (now >= end) {
+      return isMet();
+    }
+    std::this_thread::yield();
+  }
 }
 
 // The mutex is held for a few instructions at a time: trying again beats falling asleep.
-void lockSoon(std::unique_lock<std::mutex>& lock) {
-  for (int i = 0; i < 64; ++i) {
-    if (lock.try_lock()) return;
-    platform::relaxProcessor();
+class [[nodiscard]] BriefLock {
+ public:
+  explicit BriefLock(std::mutex& mutex) : _lock(mutex, std::defer_lock) {
+    for (int i = 0; i < 64; ++i) {
+      if (_lock.try_lock()) return;
+      platform::relaxProcessor();
+    }
+    _lock.lock();
   }
-  lock.lock();
-}
+  std::unique_lock<std::mutex>& get() { return _lock; }
+
+ private:
+  std::unique_lock<std::mutex> _lock;
+};
 
 }  // namespace
+
+ThreadWork::~ThreadWork() {
+  for (const Worker* worker = _workers; worker != nullptr;) {
+    const Worker* const next = worker->next;
+    delete worker;
+    worker = next;
+  }
+}
 
 int ThreadWork::start(int count, const Procedures& procedures) {
   std::unique_lock lock(_mutex);
@@ -45,9 +71,12 @@ int ThreadWork::start(int count, const Procedures& procedures) {
   _state = State::kWorking;
   _started = _gone = 0;
   _isWaking = false;
+  Worker* idle = _workers;
   for (int i = 0; i < count; ++i) {
     try {
-      _threads.emplace_back([this] { work(); });
+      // One of an earlier start, or a new one.
+      Worker& worker = idle != nullptr ? *std::exchange(idle, idle->next) : addWorker();
+      worker.thread = std::thread([this, &worker] { work(worker); });
     } catch (...) {
       break;  // no more threads or no more memory: those that could be made stay
     }
@@ -59,25 +88,27 @@ int ThreadWork::start(int count, const Procedures& procedures) {
 }
 
 bool ThreadWork::run(void* work, void* data) {
-  std::unique_lock lock(_mutex, std::defer_lock);
-  lockSoon(lock);
-  if (_serving == 0 || _state == State::kAbandoned) return false;
-  _queue.push({work, data});
-  _queued.store(_queued.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-  _unfinished.store(_unfinished.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-  const bool wake = mayWakeAnother();
-  lock.unlock();
+  bool wake = false;
+  {
+    const BriefLock lock(_mutex);
+    if (_serving == 0 || _state == State::kAbandoned) return false;
+    _queue.push({work, data});
+    wake = _sleeping.load(std::memory_order_relaxed) > 0 && !_isWaking;
+    if (wake) _isWaking = true;
+  }
   if (wake) _jobQueued.notify_one();
   return true;
 }
 
 void ThreadWork::synchronise() {
-  const auto isDone = [this] { return _unfinished.load(std::memory_order_acquire) == 0; };
-  if (spinUntil(isDone)) return;
+  const auto isDoneNow = [this] { return isDone(); };
+  if (spinUntil(1, isDoneNow)) return;
   std::unique_lock lock(_mutex);
-  ++_waiting;
-  _progressMade.wait(lock, isDone);
-  --_waiting;
+  // Either the worker that finishes last sees in tellWhoWaits that somebody waits, or what it has
+  // finished is seen here.
+  _waiting.fetch_add(1, std::memory_order_acq_rel);
+  _progressMade.wait(lock, isDoneNow);
+  _waiting.fetch_sub(1, std::memory_order_acq_rel);
 }
 
 void ThreadWork::terminate() {
@@ -86,11 +117,10 @@ void ThreadWork::terminate() {
     if (_state == State::kWorking) _state = State::kDraining;
   }
   _jobQueued.notify_all();
-  for (std::thread& thread : _threads) thread.join();
-  _threads.clear();
+  for (Worker* worker = _workers; worker != nullptr; worker = worker->next) {
+    if (worker->thread.joinable()) worker->thread.join();
+  }
   const std::lock_guard lock(_mutex);
-  _started = _gone = 0;
-  _queue.clear();
   if (_state == State::kDraining) _state = State::kIdle;
 }
 
@@ -98,83 +128,121 @@ void ThreadWork::abandon() noexcept {
   std::unique_lock lock(_mutex);
   _state = State::kAbandoned;
   _jobQueued.notify_all();
+  _progressMade.notify_all();
   // A job may end the process: its own worker then stands here.
   const auto self = std::this_thread::get_id();
-  bool isOnWorker = false;
-  for (const std::thread& thread : _threads) isOnWorker |= thread.get_id() == self;
-  const int others = static_cast<int>(_threads.size()) - (isOnWorker ? 1 : 0);
+  int others = 0;
+  for (const Worker* worker = _workers; worker != nullptr; worker = worker->next) {
+    if (worker->thread.joinable() && worker->thread.get_id() != self) ++others;
+  }
   const bool allGone = _progressMade.wait_for(lock, kPatience, [&] { return _gone == others; });
   lock.unlock();
-  for (std::thread& thread : _threads) {
-    if (allGone && thread.get_id() != self) {
-      thread.join();
+  for (Worker* worker = _workers; worker != nullptr; worker = worker->next) {
+    if (!worker->thread.joinable()) continue;
+    if (allGone && worker->thread.get_id() != self) {
+      worker->thread.join();
     } else {
-      thread.detach();
+      worker->thread.detach();
     }
   }
-  _threads.clear();
 }
 
-void ThreadWork::work() {
+ThreadWork::Worker& ThreadWork::addWorker() {
+  Worker* const added = new Worker;
+  added->next = _workers;
+  _workers = added;
+  return *added;
+}
+
+void ThreadWork::work(Worker& worker) {
   _procedures.start();
-  std::unique_lock lock(_mutex);
-  ++_started;
-  _progressMade.notify_all();
-  serve(lock);
-  --_serving;
-  if (_state != State::kAbandoned) {
-    lock.unlock();
-    _procedures.end();
-    lock.lock();
+  {
+    const std::lock_guard lock(_mutex);
+    ++_started;
+    _progressMade.notify_all();
   }
+  serve(worker);
+  if (_state != State::kAbandoned) _procedures.end();
+  const std::lock_guard lock(_mutex);
   ++_gone;
   _progressMade.notify_all();
 }
 
-void ThreadWork::serve(std::unique_lock<std::mutex>& lock) {
-  while (_state != State::kAbandoned) {
-    const long queued = _queued.load(std::memory_order_relaxed);
-    if (queued == 0) {
-      if (_state != State::kWorking) return;
-      awaitJob(lock);
+void ThreadWork::serve(Worker& worker) {
+  for (;;) {
+    Job job{};
+    if (!take(job)) {
+      tellWhoWaits();
+      if (!awaitJob()) return;
       continue;
     }
-    const Job job = _queue.pop();
-    _queued.store(queued - 1, std::memory_order_relaxed);
-    const bool wake = mayWakeAnother();
-    lock.unlock();
-    if (wake) _jobQueued.notify_one();
-
+    if (_sleeping.load(std::memory_order_relaxed) > 0 && !_queue.isEmpty()) wakeAnother();
     _procedures.run(job.work, job.data);
-
-    lockSoon(lock);
-    const long unfinished = _unfinished.load(std::memory_order_relaxed) - 1;
-    _unfinished.store(unfinished, std::memory_order_release);
-    if (unfinished == 0 && _waiting > 0) _progressMade.notify_all();
+    worker.finished.store(worker.finished.load(std::memory_order_relaxed) + 1,
+                          std::memory_order_release);
   }
 }
 
-void ThreadWork::awaitJob(std::unique_lock<std::mutex>& lock) {
-  const auto hasWork = [this] {
-    return _queued.load(std::memory_order_relaxed) != 0 ||
-           _state.load(std::memory_order_relaxed) != State::kWorking;
-  };
-  lock.unlock();
-  spinUntil(hasWork);
-  lockSoon(lock);
-  if (hasWork()) return;
-  ++_sleeping;
-  // One wait only: a worker that was woken in vain must say so before it sleeps again.
-  _jobQueued.wait(lock);
-  --_sleeping;
-  _isWaking = false;
+bool ThreadWork::take(Job& job) {
+  for (int tries = 0; _isPopping.exchange(true, std::memory_order_acquire); ++tries) {
+    // The worker in front may have lost its processor.
+    if (tries % 64 == 63) std::this_thread::yield();
+    platform::relaxProcessor();
+  }
+  const bool isTaken =
+      _state.load(std::memory_order_relaxed) != State::kAbandoned && _queue.pop(job);
+  _isPopping.store(false, std::memory_order_release);
+  return isTaken;
 }
 
-// Whether the caller is to wake a sleeping worker once it has let go of the mutex.
-bool ThreadWork::mayWakeAnother() noexcept {
-  if (_isWaking || _sleeping == 0 || _queued.load(std::memory_order_relaxed) == 0) return false;
-  _isWaking = true;
+// False when the worker is not needed any more.
+bool ThreadWork::awaitJob() {
+  // A worker that is faster than the sender leaves it time to queue some more.
+  if (spinUntil(kPausesOfWorkers,
+                [this] { return !_queue.isEmpty() || _state != State::kWorking; }) &&
+      _state == State::kWorking) {
+    return true;
+  }
+  BriefLock lock(_mutex);
+  if (_state == State::kAbandoned || (_state == State::kDraining && _queue.isEmpty())) {
+    --_serving;
+    return false;
+  }
+  if (_queue.isEmpty()) {
+    _sleeping.fetch_add(1, std::memory_order_relaxed);
+    // One wait only: a worker that was woken in vain must say so before it sleeps again.
+    _jobQueued.wait(lock.get());
+    _sleeping.fetch_sub(1, std::memory_order_relaxed);
+    _isWaking = false;
+  }
   return true;
+}
+
+void ThreadWork::wakeAnother() {
+  {
+    const BriefLock lock(_mutex);
+    if (_isWaking || _sleeping.load(std::memory_order_relaxed) == 0 || _queue.isEmpty()) return;
+    _isWaking = true;
+  }
+  _jobQueued.notify_one();
+}
+
+// For a worker that has finished its job and found no other.
+void ThreadWork::tellWhoWaits() {
+  // A reading that also orders: see synchronise.
+  if (_waiting.fetch_add(0, std::memory_order_acq_rel) == 0 || !isDone()) return;
+  const std::lock_guard lock(_mutex);
+  _progressMade.notify_all();
+}
+
+// Whether every job that was queued has finished, or never will. What is finished is counted before
+// what is queued: if both agree then, nothing was left in between.
+bool ThreadWork::isDone() const noexcept {
+  long finished = 0;
+  for (const Worker* worker = _workers; worker != nullptr; worker = worker->next) {
+    finished += worker->finished.load(std::memory_order_acquire);
+  }
+  return finished == _queue.getPushed() || _state == State::kAbandoned;
 }
 
 }  // namespace kova::kernel

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "kovabase/foundation/internal/ChunkedQueue.h"
+#include "kovabase/kernel/JobQueue.h"
 
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 /// Our own stand-in for the thread-work service of the solid-modeling kernel.
 namespace kova::kernel {
@@ -14,8 +13,8 @@ namespace kova::kernel {
 /// A fixed set of worker threads and one first-in first-out queue. Jobs start in the order in which
 /// they were queued, one at a time on each worker.
 ///
-/// `run` may be called from any thread, also from a job. `start`, `terminate` and `abandon` belong
-/// to one thread at a time and never to a worker (`abandon` excepted).
+/// `run` and `synchronise` may be called from any thread, `run` also from a job. `start` and
+/// `terminate` belong to one thread at a time, never a worker.
 class ThreadWork {
  public:
   struct Procedures {
@@ -29,7 +28,8 @@ class ThreadWork {
   ThreadWork() = default;
   ThreadWork(const ThreadWork&) = delete;
   ThreadWork& operator=(const ThreadWork&) = delete;
-  ~ThreadWork() = default;
+  /// There must be no workers any more.
+  ~ThreadWork();
 
   /// Starts `count` workers and returns when each of them has run its start procedure.
   /// @return how many the system let us have, fewer than `count` when it refuses more; 0 when
@@ -51,35 +51,44 @@ class ThreadWork {
   void abandon() noexcept;
 
  private:
-  struct Job {
-    void* work;
-    void* data;
-  };
   enum class State { kIdle, kWorking, kDraining, kAbandoned };
 
-  void work();
-  void serve(std::unique_lock<std::mutex>& lock);
-  void awaitJob(std::unique_lock<std::mutex>& lock);
-  bool mayWakeAnother() noexcept;
+  // A cache line of its own: the worker counts in it after each job.
+  struct alignas(64) Worker {
+    std::thread thread;
+    std::atomic<long> finished{0};
+    Worker* next = nullptr;
+  };
 
-  Procedures _procedures{};
-  std::vector<std::thread> _threads;
+  Worker& addWorker();
+  void work(Worker& worker);
+  void serve(Worker& worker);
+  bool take(Job& job);
+  bool awaitJob();
+  void wakeAnother();
+  void tellWhoWaits();
+  bool isDone() const noexcept;
 
-  std::mutex _mutex;
+  // What threads write often lies in cache lines apart from what others only read.
+  JobQueue _queue;
+  // For the popping side: held for a few instructions, by workers alone.
+  alignas(64) std::atomic<bool> _isPopping{false};
+
+  alignas(64) Procedures _procedures{};
+  // A list that only grows: whoever waits reads the counts of all workers there have ever been.
+  std::atomic<Worker*> _workers{nullptr};
+  std::atomic<State> _state{State::kIdle};
+  std::atomic<int> _sleeping{0};
+  std::atomic<int> _waiting{0};
+
+  // Guards the pushing side of the queue and all other changes but those of the popping side.
+  alignas(64) std::mutex _mutex;
   std::condition_variable _jobQueued;
   std::condition_variable _progressMade;
-  // Everything below changes under the mutex. The atomic ones are also read without it, by those
-  // who spin.
-  kova::internal::ChunkedQueue<Job> _queue;
-  std::atomic<State> _state{State::kIdle};
-  std::atomic<long> _queued{0};
-  std::atomic<long> _unfinished{0};
   // Workers that have started, that will still take a job, that have nothing more to do.
   int _started = 0;
   int _serving = 0;
   int _gone = 0;
-  int _sleeping = 0;
-  int _waiting = 0;
   // One worker at a time is being woken; it wakes the next one when there is more to do.
   bool _isWaking = false;
 };

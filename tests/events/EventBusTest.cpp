@@ -295,6 +295,67 @@ TEST(EventBusTest, AHostsOwnBusIsNotThrownOut) {
   EXPECT_EQ(&bus(), &KOVAMTEventBus::_eventBus);
 }
 
+// For the thread sanitizer above all: workers, the main thread and threads of the host report at
+// once, the host's also while the mode changes.
+TEST(EventBusTest, UnderStressNothingIsLostAndEachSendersOrderIsKept) {
+  constexpr int kRounds = 20;
+  constexpr int kJobs = 50;
+  constexpr int kEventsPerJob = 20;
+  const TwoWorkers pool;
+  // The last number of each sender; listeners of a single-threaded phase may run side by side.
+  struct Checker : KOVCEventListener {
+    void HandleEvent(KOVCEvent& event) override {
+      int sender = 0;
+      int number = 0;
+      const char* const message = dynamic_cast<KOVATextEvent&>(event).GetMessage();
+      ASSERT_EQ(std::sscanf(message, "%d %d", &sender, &number), 2);
+      const std::lock_guard guard(mutex);
+      int& last = lastOf[sender];
+      EXPECT_EQ(number, last + 1) << "of sender " << sender;
+      last = number;
+      ++count;
+    }
+    std::mutex mutex;
+    std::map<int, int> lastOf;
+    int count = 0;
+  } checker;
+  bus().AddListener(&checker);
+
+  std::atomic<bool> isOver{false};
+  std::atomic<int> guestEvents{0};
+  std::vector<std::thread> guests;
+  for (int guest = 0; guest < 2; ++guest) {
+    guests.emplace_back([&, guest] {
+      for (int number = 1; !isOver; ++number) {
+        KOVADebugEvent::Fire("%d %d", -1 - guest, number);
+        ++guestEvents;
+        if (number % 16 == 0) std::this_thread::yield();
+      }
+    });
+  }
+  int mainEvents = 0;
+  FunctionJob job([](void* data) {
+    for (int number = 1; number <= kEventsPerJob; ++number) {
+      KOVADebugEvent::Fire("%d %d", static_cast<int>(reinterpret_cast<std::intptr_t>(data)),
+                           number);
+    }
+  });
+  for (int round = 0; round < kRounds; ++round) {
+    KOVAMTEventBus::SetParallelMode();
+    for (int i = 0; i < kJobs; ++i) {
+      KOVASingletonThreadPool::Enqueue(&job, reinterpret_cast<void*>(1L + round * kJobs + i));
+      KOVADebugEvent::Fire("0 %d", ++mainEvents);
+    }
+    KOVASingletonThreadPool::WaitForAllCurrentJobs();
+    KOVAMTEventBus::SetSingleThreadedMode();
+    KOVADebugEvent::Fire("0 %d", ++mainEvents);
+  }
+  isOver = true;
+  for (std::thread& guest : guests) guest.join();
+  bus().RemoveListener(&checker);
+  EXPECT_EQ(checker.count, kRounds * kJobs * kEventsPerJob + mainEvents + guestEvents);
+}
+
 TEST(EventBusDeathTest, AProcessMayEndInTheParallelModeWithEventsQueuedAndJobsRunning) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
