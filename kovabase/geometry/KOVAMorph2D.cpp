@@ -2,7 +2,6 @@
 
 #include "kovabase/geometry/internal/LinearMath.h"
 
-#include <algorithm>
 #include <cmath>
 
 using kova::internal::copyMatrix;

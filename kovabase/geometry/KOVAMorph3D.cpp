@@ -3,7 +3,6 @@
 #include "kovabase/geometry/KOVAAssemblyComponentTransform.h"
 #include "kovabase/geometry/internal/LinearMath.h"
 
-#include <algorithm>
 #include <cmath>
 
 using kova::internal::copyMatrix;
