@@ -121,6 +121,8 @@ void ThreadWork::terminate() {
     if (worker->thread.joinable()) worker->thread.join();
   }
   const std::lock_guard lock(_mutex);
+  // The end of the process must not wait for workers that have been joined.
+  _started = _gone = 0;
   if (_state == State::kDraining) _state = State::kIdle;
 }
 
