@@ -11,31 +11,29 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// To sleep and be woken takes tens of microseconds; the next job often comes sooner.
+// To sleep and be woken takes tens of microseconds; what is waited for often comes sooner.
 constexpr auto kSpinTime = std::chrono::microseconds(6);
 constexpr int kPausesOfWorkers = 32;
 // How long the end of the process waits for jobs that are still running.
 constexpr auto kPatience = std::chrono::seconds(1);
 
-// Lets others have the processor in between: where there are more threads than processors, what is
-// waited for may need this one.
+// Waits actively for a few microseconds, unless that has been in vain of late.
 // @param pauses  between two looks: each look takes a cache line away from those who write it.
 template <typename Condition>
-bool spinUntil(int pauses, Condition isMet) {
-  Clock::time_point end{};
-  for (;;) {
+bool spinUntil(SpinHistory& history, int pauses, Condition isMet) {
+  if (!history.isPromising()) return isMet();
+  const Clock::time_point end = Clock::now() + kSpinTime;
+  do {
     for (int i = 0; i < 32; ++i) {
-      if ((i + 1) % pauses == 0 && isMet()) return true;
+      if ((i + 1) % pauses == 0 && isMet()) {
+        history.noteSuccess();
+        return true;
+      }
       platform::relaxProcessor();
     }
-    const Clock::time_point now = Clock::now();
-    if (end == Clock::time_point{}) {
-      end = now + kSpinTime;
-    } else if (now >= end) {
-      return isMet();
-    }
-    std::this_thread::yield();
-  }
+  } while (Clock::now() < end);
+  history.noteFailure();
+  return isMet();
 }
 
 // The mutex is held for a few instructions at a time: trying again beats falling asleep.
@@ -102,7 +100,7 @@ bool ThreadWork::run(void* work, void* data) {
 
 void ThreadWork::synchronise() {
   const auto isDoneNow = [this] { return isDone(); };
-  if (spinUntil(1, isDoneNow)) return;
+  if (isDone() || spinUntil(_waitHistory, 1, isDoneNow)) return;
   std::unique_lock lock(_mutex);
   // Either the worker that finishes last sees in tellWhoWaits that somebody waits, or what it has
   // finished is seen here.
@@ -200,7 +198,7 @@ bool ThreadWork::take(Job& job) {
 // False when the worker is not needed any more.
 bool ThreadWork::awaitJob() {
   // A worker that is faster than the sender leaves it time to queue some more.
-  if (spinUntil(kPausesOfWorkers,
+  if (spinUntil(_workHistory, kPausesOfWorkers,
                 [this] { return !_queue.isEmpty() || _state != State::kWorking; }) &&
       _state == State::kWorking) {
     return true;

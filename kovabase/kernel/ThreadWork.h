@@ -10,6 +10,33 @@
 /// Our own stand-in for the thread-work service of the solid-modeling kernel.
 namespace kova::kernel {
 
+/// Whether it pays to wait actively before sleeping. Where there are more busy threads than
+/// processors, or jobs are rare, it does not: what is waited for may need this very processor. Any
+/// thread may use it; lost updates only make it slower to learn.
+class SpinHistory {
+ public:
+  bool isPromising() noexcept {
+    const int credit = _credit.load(std::memory_order_relaxed);
+    if (credit < 0) _credit.store(credit + 1, std::memory_order_relaxed);
+    return credit >= 0;
+  }
+  void noteSuccess() noexcept {
+    const int credit = _credit.load(std::memory_order_relaxed);
+    if (credit < kMost) _credit.store(credit + 1, std::memory_order_relaxed);
+  }
+  void noteFailure() noexcept {
+    const int credit = _credit.load(std::memory_order_relaxed);
+    _credit.store(credit > 0 ? credit - 1 : -kPause, std::memory_order_relaxed);
+  }
+
+ private:
+  static constexpr int kMost = 4;
+  // So many waits pass before the next trial.
+  static constexpr int kPause = 16;
+
+  std::atomic<int> _credit{kMost};
+};
+
 /// A fixed set of worker threads and one first-in first-out queue. Jobs start in the order in which
 /// they were queued, one at a time on each worker.
 ///
@@ -80,6 +107,8 @@ class ThreadWork {
   std::atomic<State> _state{State::kIdle};
   std::atomic<int> _sleeping{0};
   std::atomic<int> _waiting{0};
+  SpinHistory _workHistory;
+  SpinHistory _waitHistory;
 
   // Guards the pushing side of the queue and all other changes but those of the popping side.
   alignas(64) std::mutex _mutex;
