@@ -85,6 +85,14 @@ inline double computeAdjugate(const double* matrix, double* adjugate) {
   }
 }
 
+/// Two divisions for the time of one: the compiler does not see it by itself.
+inline void dividePair(const double* values, double divisor, double* quotients) {
+  typedef double Pair __attribute__((vector_size(16)));
+  const Pair pair = Pair{values[0], values[1]} / Pair{divisor, divisor};
+  quotients[0] = pair[0];
+  quotients[1] = pair[1];
+}
+
 /// @param inverse  not `matrix`.
 /// @return false, `inverse` undefined, when the determinant is 0 or not finite.
 template <int n>
@@ -92,15 +100,11 @@ inline bool invertMatrix(const double* matrix, double* inverse) {
   double adjugate[9];
   const double determinant = computeAdjugate<n>(matrix, adjugate);
   if (determinant == 0.0 || !std::isfinite(determinant)) return false;
-  inverse[0] = adjugate[0] / determinant;
-  inverse[1] = adjugate[1] / determinant;
-  inverse[2] = adjugate[2] / determinant;
-  inverse[3] = adjugate[3] / determinant;
+  dividePair(adjugate, determinant, inverse);
+  dividePair(adjugate + 2, determinant, inverse + 2);
   if constexpr (n == 3) {
-    inverse[4] = adjugate[4] / determinant;
-    inverse[5] = adjugate[5] / determinant;
-    inverse[6] = adjugate[6] / determinant;
-    inverse[7] = adjugate[7] / determinant;
+    dividePair(adjugate + 4, determinant, inverse + 4);
+    dividePair(adjugate + 6, determinant, inverse + 6);
     inverse[8] = adjugate[8] / determinant;
   }
   return true;
