@@ -11,6 +11,7 @@
 #include "kovabase/strings/Gk_String.h"
 
 #include <atomic>
+#include <utility>
 
 namespace {
 
@@ -52,22 +53,26 @@ void KOVALogger::Initialize(const KOVAFilePath& path, KOVAEventLevel level) {
   if (!native.isValid()) return;
   auto stream = std::make_unique<KOVAFileOutputStream>(native.text());
   if (stream->GetResult().IsFailure()) return;
-  Initialize(stream.release(), level);
+  Start(std::move(stream), level);
 }
 
 void KOVALogger::Initialize(std::FILE* file, KOVAEventLevel level) {
   if (_stream != nullptr || file == nullptr) return;
-  Initialize(new KOVAFileOutputStream(file), level);
+  Start(std::make_unique<KOVAFileOutputStream>(file), level);
 }
 
 void KOVALogger::Initialize(KOVAOutputStream* stream, KOVAEventLevel level) {
   if (_stream != nullptr || stream == nullptr) return;
+  Start(std::unique_ptr<KOVAOutputStream>(stream), level);
+}
+
+void KOVALogger::Start(std::unique_ptr<KOVAOutputStream> stream, KOVAEventLevel level) {
   KOVAString fromEnvironment;
   if (level == kLevelFromEnvironment &&
       KOVAEnvironment::GetVariable("KOVALogLevel", fromEnvironment).IsSuccess()) {
     level = KOVCEvent::GetLevel(Gk_String(fromEnvironment).getText(), level);
   }
-  _stream.reset(stream);
+  _stream = std::move(stream);
   _level = level;
   KOVCEventBus::GetEventBus().AddListener(this);
   if (const char* const warning = g_pendingWarning.exchange(nullptr)) {

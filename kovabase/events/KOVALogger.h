@@ -51,6 +51,8 @@ class KOVABASE_API KOVALogger : public KOVCEventListener {
   static void LogInitializerNotCalled(bool isSource);
 
  private:
+  void Start(std::unique_ptr<KOVAOutputStream> stream, KOVAEventLevel level);
+
   KOVAEventLevel _level;
   std::unique_ptr<KOVAOutputStream> _stream;
 };

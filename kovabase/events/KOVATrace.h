@@ -4,8 +4,11 @@
 
 #include <atomic>
 
+// The name is part of the interface.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 /// How deep traces are indented, in levels of three blanks.
 extern KOVABASE_API std::atomic<int> _KOVATraceTab;
+// NOLINTEND(bugprone-reserved-identifier)
 
 /// The kind of event that a trace fires; any other value fires nothing.
 enum KOVATraceLevel : int {
