@@ -35,7 +35,6 @@ struct Recorder : KOVCEventListener {
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : _data(data), _size(size) {}
-  bool isEmpty() const { return _size == 0; }
   std::uint8_t next() {
     if (_size == 0) return 0;
     --_size;
@@ -94,9 +93,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   format += literal(input) + conversion(input, "s", false);
   format += literal(input) + conversion(input, "fFeEgG", true);
   format += literal(input) + conversion(input, "c", false) + literal(input);
-  int number = 0;
+  std::uint32_t numberBits = 0;
   std::uint64_t bits = 0;
-  for (int i = 0; i < 4; ++i) number = number * 256 + input.next();
+  for (int i = 0; i < 4; ++i) numberBits = numberBits * 256 + input.next();
+  const int number = static_cast<int>(numberBits);
   for (int i = 0; i < 8; ++i) bits = bits * 256 + input.next();
   double real = 0.0;
   std::memcpy(&real, &bits, sizeof real);

@@ -10,11 +10,14 @@
 /// thread may use them; the indentation of a channel is shared by all threads.
 
 /// How deep each channel is indented, in levels of three blanks. Below zero there are no blanks.
+/// The reserved form of the names is kept.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern KOVABASE_API std::atomic<int> _KOVAInfoTab;
 extern KOVABASE_API std::atomic<int> _KOVAWarningTab;
 extern KOVABASE_API std::atomic<int> _KOVADebugTab;
 extern KOVABASE_API std::atomic<int> _KOVAVerboseTab;
 extern KOVABASE_API std::atomic<int> _KOVATestTab;
+// NOLINTEND(bugprone-reserved-identifier)
 
 /// What the channels have in common. Texts are cut at 1023 bytes, the indentation included.
 template <typename Event, std::atomic<int>& Depth>

@@ -127,7 +127,7 @@ std::size_t formatText(char* buffer, std::size_t size, const char* format, va_li
 FormattedText::FormattedText(const char* format, va_list arguments, std::size_t limit) {
   if (format == nullptr) format = "";
   const std::size_t formatLength = std::strlen(format);
-  if (formatLength <= limit && std::memchr(format, '%', formatLength) == nullptr) {
+  if (formatLength <= limit && std::strchr(format, '%') == nullptr) {
     _text = format;
     _length = formatLength;
     return;
