@@ -10,33 +10,31 @@ namespace {
 
 constexpr int kOutputMode = 1;
 
+KOVABufferFileHandler* makeFileHandler(const KOVAFileHandle& file, bool isOutput) {
+  if (isOutput) return new KOVABufferOutputFileHandler(file);
+  return new KOVABufferInputFileHandler(file);
+}
+
 }  // namespace
 
 KOVADefaultBuffer::KOVADefaultBuffer(const KOVAFileHandle& file, int mode)
-    : _isOutput(mode == kOutputMode) {
-  KOVABufferFileHandler* handler;
-  if (_isOutput) {
-    handler = new KOVABufferOutputFileHandler(file);
-  } else {
-    handler = new KOVABufferInputFileHandler(file);
-  }
-  _handler = KOVABufferManagerHandle(handler);
-  if (!handler->IsOpen()) {
+    : _handler(makeFileHandler(file, mode == kOutputMode)), _isOutput(mode == kOutputMode) {
+  auto& handler = static_cast<KOVABufferFileHandler&>(*_handler.operator->());
+  if (!handler.IsOpen()) {
     KOVAErrorEvent::Fire("could not open input file\n");
     return;
   }
-  handler->DecideFileBufferSize();
-  handler->AllocateBuffer();
+  handler.DecideFileBufferSize();
+  handler.AllocateBuffer();
 }
 
-KOVADefaultBuffer::KOVADefaultBuffer(unsigned char* block, unsigned long bytes) {
-  auto* const handler = new KOVABufferMemoryHandler(block, bytes);
-  _handler = KOVABufferManagerHandle(handler);
-  if (handler->GetSize() == 0) {
+KOVADefaultBuffer::KOVADefaultBuffer(unsigned char* block, unsigned long bytes)
+    : _handler(new KOVABufferMemoryHandler(block, bytes)) {
+  if (_handler->GetSize() == 0) {
     KOVAErrorEvent::Fire("Input Buffer is Invalid\n");
     return;
   }
-  handler->AllocateBuffer();
+  _handler->AllocateBuffer();
 }
 
 KOVADefaultBuffer::~KOVADefaultBuffer() = default;

@@ -1,7 +1,8 @@
 #include "kovabase/options/KOVACurrentlyRunningTest.h"
 
 #include "kovabase/concurrency/KOVAMutex.h"
-#include "kovabase/foundation/internal/Heap.h"
+
+#include <new>
 
 namespace {
 
@@ -10,8 +11,10 @@ struct RunningTest {
   KOVAString name;
 };
 
-RunningTest& runningTest() {
-  static RunningTest* const instance = kova::internal::create<RunningTest>();
+// Never destroyed, and needs no memory: a scope may end in any destructor.
+RunningTest& runningTest() noexcept {
+  alignas(RunningTest) static unsigned char place[sizeof(RunningTest)];
+  static RunningTest* const instance = ::new (static_cast<void*>(place)) RunningTest;
   return *instance;
 }
 
