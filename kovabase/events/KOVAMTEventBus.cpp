@@ -191,14 +191,12 @@ void KOVAMTEventBus::RemoveListener(KOVCEventListener* listener) {
 
 void KOVAMTEventBus::EnqueueEvent(const KOVCEvent& event) {
   const int index = KOVASingletonThreadPool::GetCurrentThreadID();
-  const bool isGuest = index == 0 && _mainThread.load(std::memory_order_relaxed) != &t_threadMark;
-  // Only the pool's threads of the start of this mode have queues: kept.
-  if (!isGuest && (index < 0 || index >= _queueCount)) return;
-
-  if (isGuest) {
+  if (index == 0 && _mainThread.load(std::memory_order_relaxed) != &t_threadMark) {
     EnqueueGuestEvent(event);
     return;
   }
+  // Only the workers that there were at the start of this mode have queues: kept.
+  if (index < 0 || index >= _queueCount) return;
   // The number first: an interlocked operation waits for every write before it.
   const int sequence = static_cast<int>(_sequence.AtomicIncrement());
   if (std::unique_ptr<KOVCEvent> clone = cloneToQueue(event)) {

@@ -45,6 +45,7 @@ class KOVABASE_API KOVCEventBus {
   static void Fire(KOVCEvent& event);
 
  private:
+  // Never changed once it is published.
   struct Listeners;
 
  protected:
@@ -71,7 +72,6 @@ class KOVABASE_API KOVCEventBus {
   static KOVCEventBus& RegisterUnlessPresent(KOVCEventBus& bus) noexcept;
 
  private:
-  // Never changed once it is published.
   struct Registration;
 
   // Defined with KOVAMTEventBus, which stands above this class.

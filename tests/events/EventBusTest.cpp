@@ -4,6 +4,7 @@
 #include "kovabase/events/KOVAMessageEvents.h"
 #include "kovabase/events/KOVATaskEvents.h"
 #include "kovabase/foundation/KOVAAbortException.h"
+#include "kovabase/foundation/KOVAError.h"
 #include "tests/events/EventRecorder.h"
 
 #include <atomic>
@@ -368,6 +369,10 @@ TEST(EventBusDeathTest, AProcessMayEndInTheParallelModeWithEventsQueuedAndJobsRu
         });
         for (int i = 0; i < 100; ++i) KOVASingletonThreadPool::Enqueue(&job, nullptr);
         debug("never told");
+        // Events that hold more than a text.
+        KOVAError error(KOVAResultCode::kFailure, KOVAString(std::string(100, 'x').c_str()));
+        KOVAErrorEvent::Fire(error);
+        KOVAMessageEvent::Fire(std::string(50000, 'x').c_str(), true, true);
         std::exit(0);
       },
       testing::ExitedWithCode(0), "^$");

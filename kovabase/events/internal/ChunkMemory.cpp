@@ -10,11 +10,16 @@
 #include <new>
 #include <utility>
 
-#if __has_include(<sanitizer/asan_interface.h>)
-#include <sanitizer/asan_interface.h>
+#if defined(__has_feature)
+#define KOVA_HAS_ASAN __has_feature(address_sanitizer)
+#elif defined(__SANITIZE_ADDRESS__)
+#define KOVA_HAS_ASAN 1
 #else
-#define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#define ASAN_UNPOISON_MEMORY_REGION(address, size) static_cast<void>(0)
+#define KOVA_HAS_ASAN 0
+#endif
+#if KOVA_HAS_ASAN
+#include <sanitizer/asan_interface.h>
+#include <sanitizer/lsan_interface.h>
 #endif
 
 namespace kova::internal {
@@ -31,6 +36,20 @@ constexpr std::size_t kPageBytes = 4096;
 
 // Stands for the blocks that the owning thread may still hand out.
 constexpr std::int32_t kOwned = 1 << 24;
+
+// The address sanitizer is told which parts of a chunk may be touched, and that pointers in a chunk
+// keep what they point to from being a leak.
+#if KOVA_HAS_ASAN
+void forbid(void* begin, std::size_t bytes) { ASAN_POISON_MEMORY_REGION(begin, bytes); }
+void allow(void* begin, std::size_t bytes) { ASAN_UNPOISON_MEMORY_REGION(begin, bytes); }
+void announce(void* chunk) { __lsan_register_root_region(chunk, kChunkBytes); }
+void revoke(void* chunk) { __lsan_unregister_root_region(chunk, kChunkBytes); }
+#else
+void forbid(void* /*begin*/, std::size_t /*bytes*/) {}
+void allow(void* /*begin*/, std::size_t /*bytes*/) {}
+void announce(void* /*chunk*/) {}
+void revoke(void* /*chunk*/) {}
+#endif
 
 // Lies at the start of its chunk. Chunks are aligned to their size, so that the address of a block
 // gives its chunk. A cache line of its own: other threads write it.
@@ -60,15 +79,18 @@ Chunk* takeChunk() {
       g_spares.lowestCount = std::min(g_spares.lowestCount, --g_spares.count);
     }
   }
-  if (memory == nullptr) memory = platform::mapPages(kChunkBytes, kChunkBytes);
-  if (memory == nullptr) throw std::bad_alloc();
+  if (memory == nullptr) {
+    memory = platform::mapPages(kChunkBytes, kChunkBytes);
+    if (memory == nullptr) throw std::bad_alloc();
+    announce(memory);
+  }
   Chunk* const chunk = ::new (memory) Chunk;
-  ASAN_POISON_MEMORY_REGION(chunk + 1, kChunkBytes - sizeof(Chunk));
+  forbid(chunk + 1, kChunkBytes - sizeof(Chunk));
   return chunk;
 }
 
 void giveBackChunk(Chunk* chunk) noexcept {
-  ASAN_UNPOISON_MEMORY_REGION(chunk, kChunkBytes);
+  allow(chunk, kChunkBytes);
   {
     const std::lock_guard guard(g_spares.mutex);
     if (g_spares.count < kMostSpareChunks) {
@@ -77,6 +99,7 @@ void giveBackChunk(Chunk* chunk) noexcept {
       return;
     }
   }
+  revoke(chunk);
   platform::unmapPages(chunk, kChunkBytes);
 }
 
@@ -149,7 +172,7 @@ void* allocateBlock(std::size_t bytes) {
   char* const block = t_chunks.next;
   t_chunks.next += rounded;
   ++t_chunks.handedOut;
-  ASAN_UNPOISON_MEMORY_REGION(block, bytes);
+  allow(block, bytes);
   // After the end of the thread's own objects nobody is left to leave the chunk later.
   if (t_chunks.isThreadEnding) leaveChunk();
   return block;
@@ -160,7 +183,7 @@ void freeBlock(void* block, std::size_t bytes) noexcept {
     ::operator delete(block);
     return;
   }
-  ASAN_POISON_MEMORY_REGION(block, bytes);
+  forbid(block, bytes);
   const auto address = reinterpret_cast<std::uintptr_t>(block);
   Chunk* const chunk = reinterpret_cast<Chunk*>(address & ~(std::uintptr_t{kChunkBytes} - 1));
   if (chunk != t_chunks.freedFrom) {
