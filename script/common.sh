@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the scripts of this folder: settings that all of them share.
 
 set -euo pipefail
