@@ -8,6 +8,7 @@
 #include "kovabase/platform/NativePath.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -42,6 +43,21 @@ Units unitsOf(const KOVAString& text) { return {text.getUnits(), text.length()};
 
 /// The last backslash among the first `count` units, or -1.
 int lastSeparatorIn(const unsigned short* units, int count) {
+  // Four units in one word: names are long, and have none.
+  constexpr std::uint64_t kLowBits = 0x7FFF7FFF7FFF7FFF;
+  constexpr std::uint64_t kSeparators = 0x0001000100010001 * kSeparator;
+  constexpr int kUnitsOfWord = 4;
+  for (; count >= kUnitsOfWord; count -= kUnitsOfWord) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, units + count - kUnitsOfWord, sizeof word);
+    word ^= kSeparators;
+    // The top bit of each unit that is zero now, and no other bit.
+    const std::uint64_t found = ~(((word & kLowBits) + kLowBits) | word | kLowBits);
+    if (found != 0) {
+      constexpr bool isLastOnTop = std::endian::native == std::endian::little;
+      return count - 1 - (isLastOnTop ? std::countl_zero(found) : std::countr_zero(found)) / 16;
+    }
+  }
   while (count > 0 && units[count - 1] != kSeparator) --count;
   return count - 1;
 }
