@@ -33,7 +33,7 @@ constexpr Variable kVariables[] = {
     {"KOVA_WIN_SHORT_NAME", "true",
      "Set to anything but `true`: no short name is sought for a path with unsupported characters."},
     {"PATH", "not set", "Directories in which shared libraries are looked for, too."},
-    {"TMPDIR", "the system's folder for temporary files",
+    {"TMPDIR", "the working folder",
      "The folder in which temporary files are made, when it exists."},
     {"VEX_FORCE_NO_ORLA_THREADS", "threads are used",
      "Begins with T, t, Y, y or 1: the thread pool starts no workers."},
