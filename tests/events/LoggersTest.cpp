@@ -6,6 +6,7 @@
 #include "kovabase/events/KOVATimingLogger.h"
 #include "kovabase/events/KOVATrace.h"
 #include "kovabase/files/KOVAFilePath.h"
+#include "kovabase/files/KOVALibrary.h"
 #include "kovabase/io/KOVAStringOutputStream.h"
 #include "kovabase/options/KOVAEnvironmentVariableScoped.h"
 
@@ -200,6 +201,10 @@ TEST_F(Loggers, TracesSpeakWhenTheEnvironmentNamesThem) {
 }
 
 TEST_F(Loggers, TimingReportsEachTaskAndTheSum) {
+  // The address sanitizer stands between the library and the loader, which then does not look
+  // beside the library.
+  KOVAString folder(KOVA_LIBRARY_FOLDER);
+  KOVALibrary::AddDirectoryToPath(folder);
   const KOVAEnvironmentVariableScoped timing = with("KOVATaskTiming", "true");
   KOVALogger logger;
   auto* const stream = new KOVAStringOutputStream;
