@@ -1,5 +1,7 @@
 #include "translators/interface/Report.h"
 
+#include "kovabase/events/KOVAMessageEvents.h"
+
 #include <cstdarg>
 #include <cstdio>
 
@@ -10,24 +12,34 @@ namespace {
 constexpr std::size_t kTextSize = 1024;
 constexpr std::size_t kQuotedBytes = 40;
 
-}  // namespace
-
-void Report::Warn(Place place, const char* format, ...) {
-  char text[kTextSize];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
-  va_end(arguments);
-  HandleWarning(place, text);
+// "FILE, line 7: "
+std::string describe(const std::string& file, Place place) {
+  switch (place.kind) {
+    case Place::Kind::kNowhere: break;
+    case Place::Kind::kLine: return file + ", line " + std::to_string(place.number) + ": ";
+    case Place::Kind::kByte: return file + ", byte " + std::to_string(place.number) + ": ";
+  }
+  return file + ": ";
 }
 
-KOVAResult Report::Fail(KOVAResult result, Place place, const char* format, ...) {
+}  // namespace
+
+void Report::Warn(Place place, const char* format, ...) const {
   char text[kTextSize];
   va_list arguments;
   va_start(arguments, format);
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
-  HandleError(place, text);
+  KOVAWarningEvent::Fire("%s%s", describe(_file, place).c_str(), text);
+}
+
+KOVAResult Report::Fail(KOVAResult result, Place place, const char* format, ...) const {
+  char text[kTextSize];
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  KOVAErrorEvent::Fire("%s%s", describe(_file, place).c_str(), text);
   return result;
 }
 

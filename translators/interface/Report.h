@@ -20,27 +20,30 @@ struct Place {
   static Place Byte(std::uint64_t offset) { return {Kind::kByte, offset}; }
 };
 
-/// Takes the messages of a reader or writer about the file that it works on. Whoever runs the
-/// translator names the file and shows the text; the translator says where in it and what.
+/// The messages of a reader or writer about the file that it works on, as events of the process's
+/// bus: "'part.stl', line 7: TEXT". Used by the thread that reads or writes the file.
 class Report {
  public:
-  Report() = default;
+  /// @param file  what messages call the file, in UTF-8 and without control characters: a name in
+  ///   single quotes or words like "standard input".
+  explicit Report(std::string file) : _file(std::move(file)) {}
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
-  virtual ~Report() = default;
 
-  /// Something is not as it should be, and the translation goes on. Printf-style, cut at 1023
-  /// bytes. A kind of trouble that can come often is counted and told once.
-  void Warn(Place place, const char* format, ...) __attribute__((format(printf, 3, 4)));
+  const std::string& GetFile() const { return _file; }
 
-  /// The reason why the translation of this file ends.
+  /// Something is not as it should be, and the translation goes on: a warning event. Printf-style,
+  /// cut at 1023 bytes, the name of the file before all else. A kind of trouble that can come often
+  /// is counted by the caller and told once.
+  void Warn(Place place, const char* format, ...) const __attribute__((format(printf, 3, 4)));
+
+  /// The reason why the translation of this file ends: an error event. Told once for each file.
   /// @return `result`, for `return report.Fail(...)`.
-  KOVAResult Fail(KOVAResult result, Place place, const char* format, ...)
+  KOVAResult Fail(KOVAResult result, Place place, const char* format, ...) const
       __attribute__((format(printf, 4, 5)));
 
- protected:
-  virtual void HandleWarning(Place place, const char* text) = 0;
-  virtual void HandleError(Place place, const char* text) = 0;
+ private:
+  std::string _file;
 };
 
 /// A piece of a file as it may stand in a message: in single quotes, what cannot be shown as
