@@ -10,9 +10,11 @@
 #include "kovabase/platform/Clock.h"
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cstddef>
 #include <exception>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -29,6 +31,9 @@ struct EventMemory {
     kova::internal::freeBlock(block, bytes);
   }
 };
+
+// Of a guest's event while the parallel mode ends.
+constexpr std::chrono::milliseconds kLongestPause{100};
 
 // The address tells the threads apart.
 KOVABASE_STATIC_THREAD_LOCAL char t_threadMark = 0;
@@ -208,14 +213,27 @@ void KOVAMTEventBus::EnqueueGuestEvent(const KOVCEvent& event) {
   std::unique_ptr<KOVCEvent> clone = cloneToQueue(event);
   if (clone == nullptr) return;
   {
-    const std::lock_guard guard(_guestMutex);
+    std::unique_lock lock(_guestMutex);
     if (_parallel) {
       _guestQueue->push(std::move(clone), static_cast<int>(_sequence.AtomicIncrement()));
+      lock.unlock();
+      LetFlushCatchUp();
       return;
     }
   }
   // The mode has ended meanwhile, and with it the queues.
   Deliver(*clone);
+}
+
+// Guests that send faster than listeners listen would keep a flush from ever ending. The longer it
+// lasts, the longer each of their events takes, so that a guest sends but a handful in each
+// doubling of the time. They never wait for the flush itself: a listener may wait for them.
+void KOVAMTEventBus::LetFlushCatchUp() const {
+  const auto start = _flushStart.load(std::memory_order_relaxed);
+  if (start == 0) return;
+  const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
+  const auto pause = (now - std::chrono::nanoseconds(start)) / 8;
+  std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(pause, kLongestPause));
 }
 
 void KOVAMTEventBus::FireEventFromQueue(const Delivery& delivery, KOVCEvent& event) {
@@ -247,6 +265,8 @@ void KOVAMTEventBus::PrivateSetSingleThreadedMode() {
 
   std::exception_ptr failure;
   _flushing = true;
+  const auto start = std::chrono::steady_clock::now().time_since_epoch();
+  _flushStart.store(std::chrono::nanoseconds(start).count(), std::memory_order_relaxed);
   Merge merge(*this);
   // Nobody changes the listeners in this mode.
   const Delivery delivery(*this);
@@ -266,6 +286,7 @@ void KOVAMTEventBus::PrivateSetSingleThreadedMode() {
     _queues.reset();
     _guestQueue.reset();
   }
+  _flushStart.store(0, std::memory_order_relaxed);
   _flushing = false;
   kova::internal::settleFrees();
   kova::internal::offerIdleMemory();

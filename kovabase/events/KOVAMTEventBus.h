@@ -5,6 +5,7 @@
 #include "kovabase/foundation/KOVAExport.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 
@@ -18,8 +19,9 @@ class KOVCEvent;
 /// sends in the single-threaded mode.
 ///
 /// The pool's workers queue without a lock, so the mode must not change while they run jobs. Other
-/// threads may send at any time. The first use of this class makes its bus the process's; a host
-/// registers a bus of its own after that.
+/// threads may send at any time; while that delivery lasts they are slowed down, so that it ends.
+/// The first use of this class makes its bus the process's; a host registers a bus of its own after
+/// that.
 class KOVABASE_API KOVAMTEventBus : public KOVCEventBus {
  public:
   /// The one instance: usable from load-time code on and never destroyed.
@@ -62,6 +64,7 @@ class KOVABASE_API KOVAMTEventBus : public KOVCEventBus {
   void Initialize();
   void EnqueueEvent(const KOVCEvent& event);
   void EnqueueGuestEvent(const KOVCEvent& event);
+  void LetFlushCatchUp() const;
   void FireEventFromQueue(const Delivery& delivery, KOVCEvent& event);
   void PrivateSetParallelMode();
   void PrivateSetSingleThreadedMode();
@@ -77,6 +80,8 @@ class KOVABASE_API KOVAMTEventBus : public KOVCEventBus {
   // For all other threads that the pool does not know.
   std::unique_ptr<EventQueue> _guestQueue;
   std::mutex _guestMutex;
+  // When the delivery of what was queued has begun, in nanoseconds of the steady clock; 0 outside.
+  std::atomic<std::int64_t> _flushStart{0};
   // Every queueing thread counts here: a cache line of its own.
   alignas(64) KOVAAtomicCounter _sequence;
 };

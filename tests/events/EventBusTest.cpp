@@ -54,7 +54,8 @@ struct LoadTimeListener : KOVCEventListener {
     debug("at load time");
   }
   void HandleEvent(KOVCEvent&) override { ++count; }
-  int count = 0;
+  // Other threads send, too.
+  std::atomic<int> count{0};
 } loadTimeListener;
 
 }  // namespace
