@@ -10,11 +10,13 @@
 #include "kovabase/io/KOVAStringOutputStream.h"
 #include "kovabase/options/KOVAEnvironmentVariableScoped.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
@@ -152,6 +154,26 @@ TEST_F(Loggers, AKilledProcessLeavesEveryWarningInWholeLines) {
     EXPECT_NE(log.find("Warning : warning " + std::to_string(i) + "\n"), std::string::npos) << i;
   }
   EXPECT_EQ(log.back(), '\n');
+}
+
+TEST_F(Loggers, AFullDiskIsPassedOverInSilence) {
+  if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "this system has no /dev/full";
+  KOVALogger inMemory;
+  auto stream = std::make_unique<KOVAStringOutputStream>();
+  const KOVAStringOutputStream& text = *stream;
+  inMemory.Initialize(stream.release(), 0);
+  {
+    KOVALogFileWrapper log(KOVAFilePath("/dev/full", false));
+    EXPECT_TRUE(log.GetLogger().IsInitialized());
+    KOVAWarning::Printf("the first that does not fit");
+    for (int i = 0; i < 10000; ++i) KOVADebug::Printf("one of many that fill a block");
+    KOVAWarning::Printf("the last");
+  }
+  // The other listeners hear everything, and nothing about the disk.
+  const std::string heard = text.GetBytes();
+  EXPECT_EQ(heard.find("Warning : the first that does not fit\n"), 0U);
+  EXPECT_EQ(heard.substr(heard.size() - 19), "Warning : the last\n");
+  EXPECT_EQ(std::count(heard.begin(), heard.end(), '\n'), 10002);
 }
 
 TEST_F(Loggers, TheConsoleSplitsByLevel) {
