@@ -25,6 +25,16 @@ struct Frame {
   Point At(double a, double b, double c) const;
 };
 
+/// Bounds for chains, whatever the curve.
+struct ChainLimits {
+  /// The greatest distance of the curve from its chords, above 0.
+  double tolerance = 0.01;
+  /// No chord turns by more than this, in radians.
+  double angle = 0.35;
+  /// The most points of one chain; beyond it chords are longer.
+  int mostPoints = 10000;
+};
+
 /// A curve in the parametrisation of ISO 10303-42; angles are in radians. Immutable: any thread may
 /// use it.
 class SpaceCurve {
@@ -45,6 +55,19 @@ class SpaceCurve {
   /// Parameters strictly between `low` and `high`, in order, at which the curve is not smooth: it
   /// is sampled and measured piece by piece.
   virtual void AddBreaks(double low, double high, std::vector<double>& breaks) const;
+
+  /// The length of a piece without breaks, `low` <= `high`.
+  virtual double Measure(double low, double high) const;
+  /// Points strictly between `low` and `high`, in order, that divide a piece without breaks so that
+  /// its chords keep within the limits. At most `limits.mostPoints` of them.
+  virtual void AddPoints(double low, double high, const ChainLimits& limits,
+                         std::vector<Point>& points) const;
+  /// Into how many parts a piece without breaks is divided before its samples are trusted.
+  virtual int GetParts() const { return 1; }
+  /// How many pieces there are between breaks, and how deep curves are wrapped in each other. The
+  /// makers give null for more than they can bear: 200,000 pieces of a composite, 32 levels.
+  virtual int CountPieces() const { return 1; }
+  virtual int GetDepth() const { return 0; }
 };
 
 using SpaceCurveHandle = std::shared_ptr<const SpaceCurve>;
@@ -85,16 +108,6 @@ struct Chain {
   std::vector<Point> points;
   /// Of the curve, with a relative error below 1e-6.
   double length = 0.0;
-};
-
-/// Bounds for chains, whatever the curve.
-struct ChainLimits {
-  /// The greatest distance of the curve from its chords, above 0.
-  double tolerance = 0.01;
-  /// No chord turns by more than this, in radians.
-  double angle = 0.35;
-  /// The most points of one chain; beyond it chords are longer.
-  int mostPoints = 10000;
 };
 
 /// The piece from parameter `from` to `to`, in this direction also when `to` < `from`.
