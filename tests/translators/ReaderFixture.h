@@ -1,67 +1,208 @@
 #pragma once
 
+#include "kovabase/events/KOVAMessageEvents.h"
+#include "kovabase/events/KOVAProgressEvents.h"
+#include "kovabase/events/KOVCEventBus.h"
+#include "kovabase/events/KOVCEventListener.h"
+#include "kovabase/translation/KOVAReader.h"
+#include "kovabase/translation/KOVAWriter.h"
 #include "translators/interface/Translator.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace kova::translators {
 
-/// Bytes in memory as a file or, when its length is not to be known, as a pipe, which hands out a
-/// few bytes at a time.
-class MemorySource : public Source {
+/// Keeps the messages that are fired while it lives: "line 3: TEXT", "byte 84: TEXT" or "TEXT",
+/// without the name of the file.
+class RecordingListener : public KOVCEventListener {
  public:
-  MemorySource(const void* bytes, std::size_t count, bool isPipe = false)
-      : _bytes(static_cast<const char*>(bytes)), _count(count), _isPipe(isPipe) {}
-  explicit MemorySource(const std::string& bytes, bool isPipe = false)
-      : MemorySource(bytes.data(), bytes.size(), isPipe) {}
+  RecordingListener() { KOVCEventBus::GetEventBus().AddListener(this); }
+  ~RecordingListener() override { KOVCEventBus::GetEventBus().RemoveListener(this); }
 
-  /// From this offset on reading fails.
-  void BreakAt(std::size_t offset) { _broken = offset; }
-
-  std::int64_t Read(char* bytes, std::size_t capacity) override {
-    if (_offset >= _broken) return -1;
-    const std::size_t piece = _isPipe ? 1 + _offset % 4096 : _count;
-    const std::size_t count = std::min({capacity, _count - _offset, _broken - _offset, piece});
-    if (count != 0) std::memcpy(bytes, _bytes + _offset, count);
-    _offset += count;
-    return static_cast<std::int64_t>(count);
+  void HandleEvent(KOVCEvent& event) override {
+    if (const auto* const error = dynamic_cast<KOVAErrorEvent*>(&event)) {
+      errors.push_back(Shorten(error->GetMessage()));
+    } else if (const auto* const warning = dynamic_cast<KOVAWarningEvent*>(&event)) {
+      warnings.push_back(Shorten(warning->GetMessage()));
+    } else if (const auto* const stage = dynamic_cast<KOVAConversionStageEvent*>(&event)) {
+      fractions.push_back(stage->GetFraction());
+    }
   }
-  std::int64_t GetByteCount() const override {
-    return _isPipe ? -1 : static_cast<std::int64_t>(_count);
-  }
-  const char* GetFailureReason() const override { return "Input/output error"; }
 
- private:
-  const char* _bytes;
-  std::size_t _count;
-  bool _isPipe;
-  std::size_t _offset = 0;
-  std::size_t _broken = static_cast<std::size_t>(-1);
-};
-
-/// Keeps the messages as texts: "line 3: TEXT", "byte 84: TEXT" or "TEXT".
-class RecordingReport : public Report {
- public:
   std::vector<std::string> warnings;
   std::vector<std::string> errors;
+  /// How far the work was at each stage event.
+  std::vector<double> fractions;
 
- protected:
-  void HandleWarning(Place place, const char* text) override {
-    warnings.push_back(Describe(place, text));
+ private:
+  static std::string Shorten(const char* message) {
+    const std::string text = message == nullptr ? "" : message;
+    if (!text.starts_with(kFile)) return text;
+    return text.substr(std::strlen(kFile) + 2);
   }
-  void HandleError(Place place, const char* text) override {
-    errors.push_back(Describe(place, text));
+
+ public:
+  /// What messages call the file.
+  static constexpr char kFile[] = "'file'";
+};
+
+using CreateReader = KOVAFormatReader* (*)(const ReadRequest& request);
+using CreateWriter = KOVAFormatWriter* (*)(const WriteRequest& request);
+
+/// One pass over a format reader as a program makes it: the first failure is the result.
+inline KOVAResult runReader(const KOVAFormatReaderHandle& format) {
+  KOVAReader reader(format);
+  KOVAResult result = reader.ReadHeaderSection();
+  if (result.IsSuccess()) result = reader.ReadFileInfoSection();
+  if (result.IsSuccess()) result = reader.ReadDataSection();
+  if (result.IsSuccess()) result = reader.Resolve();
+  if (result == KOVAResultCode::kNotImplemented) result = KOVAResultCode::kSuccess;
+  reader.ReleaseEntityReaders();
+  return result;
+}
+
+inline KOVAResult runWriter(const KOVAFormatWriterHandle& format) {
+  KOVAWriter writer(format);
+  KOVAResult result = writer.WriteHeaderSection();
+  if (result.IsSuccess()) result = writer.WriteFileInfoSection();
+  if (result.IsSuccess()) result = writer.WriteDataSection();
+  if (result.IsSuccess()) result = writer.Resolve();
+  if (result == KOVAResultCode::kNotImplemented) result = KOVAResultCode::kSuccess;
+  writer.ReleaseEntityWriters();
+  return result;
+}
+
+/// Bytes in memory to be read, and all that comes of it:
+///
+///     MemoryRequest request("solid ...");
+///     request.Run(createStlReader);
+///     EXPECT_TRUE(request.result.IsSuccess());
+class MemoryRequest {
+ public:
+  explicit MemoryRequest(std::string content, KOVAString name = "") : bytes(std::move(content)) {
+    model.name = std::move(name);
+  }
+  MemoryRequest(const MemoryRequest&) = delete;
+  MemoryRequest& operator=(const MemoryRequest&) = delete;
+
+  KOVAResult Run(CreateReader create) {
+    const RecordingListener listener;
+    const ReadRequest request{KOVAFileHandle(),
+                              reinterpret_cast<unsigned char*>(bytes.data()),
+                              bytes.size(),
+                              report,
+                              options,
+                              header,
+                              model};
+    result = runReader(create(request));
+    warnings = listener.warnings;
+    errors = listener.errors;
+    fractions = listener.fractions;
+    return result;
+  }
+
+  std::string bytes;
+  const Report report{RecordingListener::kFile};
+  KOVAOptions options;
+  KOVAFileHeader header;
+  Model model;
+  KOVAResult result;
+  std::vector<std::string> warnings;
+  std::vector<std::string> errors;
+  std::vector<double> fractions;
+};
+
+/// Whether all that the model promises to its users holds.
+inline bool isSound(const Model& model) {
+  const auto isFinite = [](const Point& point) {
+    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+  };
+  for (const Instance& instance : model.instances) {
+    if (!model.parts.isValidIndex(instance.part)) return false;
+  }
+  for (const Part& part : model.parts) {
+    if (!std::all_of(part.points.begin(), part.points.end(), isFinite)) return false;
+    const auto points = static_cast<std::uint32_t>(part.points.size());
+    for (const Curve& curve : part.curves) {
+      if (curve.pointCount < 2 || curve.firstPoint > points ||
+          curve.pointCount > points - curve.firstPoint || !std::isfinite(curve.length)) {
+        return false;
+      }
+    }
+    for (const Mesh& mesh : part.meshes) {
+      if (!std::all_of(mesh.vertices.begin(), mesh.vertices.end(), isFinite)) return false;
+      for (const Triangle& triangle : mesh.triangles) {
+        for (const std::uint32_t corner : triangle.corners) {
+          if (corner >= static_cast<std::uint32_t>(mesh.vertices.size())) return false;
+        }
+      }
+    }
+  }
+  return true;
+}
+
+/// A file of its own that is gone afterwards.
+class TemporaryFile {
+ public:
+  TemporaryFile() {
+    char name[] = "/tmp/kova-translators-XXXXXX";
+    const int descriptor = mkstemp(name);
+    if (descriptor >= 0) close(descriptor);
+    _path = name;
+  }
+  explicit TemporaryFile(const std::string& bytes) : TemporaryFile() {
+    std::ofstream(_path, std::ios::binary) << bytes;
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { std::remove(_path.c_str()); }
+
+  const std::string& GetPath() const { return _path; }
+  KOVAFileHandle GetFile() const { return new KOVAFile(KOVAFilePath(_path.c_str())); }
+  std::string GetBytes() const {
+    std::ifstream stream(_path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
   }
 
  private:
-  static std::string Describe(Place place, const char* text) {
-    if (place.kind == Place::Kind::kNowhere) return text;
-    return (place.kind == Place::Kind::kLine ? "line " : "byte ") + std::to_string(place.number) +
-           ": " + text;
+  std::string _path;
+};
+
+/// A model to be written, and all that comes of it.
+class WriteTrial {
+ public:
+  KOVAResult Run(CreateWriter create, const Model& model) {
+    const TemporaryFile file;
+    Run(create, model, file.GetFile());
+    bytes = file.GetBytes();
+    return result;
   }
+  void Run(CreateWriter create, const Model& model, const KOVAFileHandle& file) {
+    const RecordingListener listener;
+    result = runWriter(create(WriteRequest{file, report, options, model}));
+    warnings = listener.warnings;
+    errors = listener.errors;
+    fractions = listener.fractions;
+  }
+
+  const Report report{RecordingListener::kFile};
+  KOVAOptions options;
+  KOVAResult result;
+  std::string bytes;
+  std::vector<std::string> warnings;
+  std::vector<std::string> errors;
+  std::vector<double> fractions;
 };
 
 }  // namespace kova::translators

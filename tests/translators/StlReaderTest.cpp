@@ -12,17 +12,6 @@
 namespace kova::translators {
 namespace {
 
-struct Outcome {
-  KOVAResult result;
-  Model model;
-  RecordingReport report;
-};
-
-void readInto(const std::string& bytes, bool isPipe, Outcome& outcome) {
-  MemorySource source(bytes, isPipe);
-  outcome.result = StlReader().Read(source, outcome.model, outcome.report);
-}
-
 void appendUnsigned(std::string& bytes, std::uint32_t value, int count) {
   for (int i = 0; i < count; ++i) bytes += static_cast<char>(value >> (8 * i) & 0xFF);
 }
@@ -50,15 +39,12 @@ std::string makeFacet(const std::string& vertices = "vertex 0 0 0 vertex 1 0 0 v
 
 TEST(StlReader, BinaryIsRecognisedByItsLengthWhateverItsComment) {
   for (const char* comment : {"", "solid name", "solid x facet normal", "Größe \xFF"}) {
-    for (const bool isPipe : {false, true}) {
-      // A pipe has no length: there a comment that reads like ASCII STL is taken for one.
-      if (isPipe && std::string(comment).find("facet") != std::string::npos) continue;
-      Outcome outcome;
-      readInto(makeBinary(comment, 2, kTwoTriangles), isPipe, outcome);
-      ASSERT_TRUE(outcome.result.IsSuccess()) << comment << isPipe << outcome.report.errors[0];
-      EXPECT_TRUE(outcome.report.warnings.empty());
+    {
+      MemoryRequest outcome(makeBinary(comment, 2, kTwoTriangles));
+      ASSERT_TRUE(outcome.Run(createStlReader).IsSuccess()) << comment << outcome.errors[0];
+      EXPECT_TRUE(outcome.warnings.empty());
       ASSERT_EQ(outcome.model.parts.size(), 1);
-      const Mesh& mesh = outcome.model.parts[0].mesh;
+      const Mesh& mesh = outcome.model.parts[0].meshes[0];
       EXPECT_TRUE(outcome.model.parts[0].name.isEmpty());
       EXPECT_TRUE(mesh.isSinglePrecision);
       EXPECT_EQ(mesh.vertices.size(), 4);
@@ -80,46 +66,38 @@ TEST(StlReader, BinaryOddities) {
   const std::vector<float> flat = {0, 0, 0, 0, 0, 0, 1, 1, 1};
   struct Case {
     std::string bytes;
-    bool isPipe;
     const char* error;
     const char* warning;
   } cases[] = {
-      {"", false, "byte 0: the file is empty", ""},
-      {std::string(50, '\0'), false,
+      {"", "byte 0: the file is empty", ""},
+      {std::string(50, '\0'),
        "byte 50: the file ends inside the header of a binary STL file, which takes 84 bytes; it is "
        "no ASCII STL file either",
        ""},
-      {makeBinary("", 3, kTwoTriangles), false,
+      {makeBinary("", 3, kTwoTriangles),
        "byte 184: the file ends here, but its header promises 3 triangles, 234 bytes in all", ""},
-      {makeBinary("", 3, kTwoTriangles), true,
-       "byte 184: the file ends here, but its header promises 3 triangles, 234 bytes in all", ""},
-      {makeBinary("", 0xFFFFFFFF, kTwoTriangles), false,
+      {makeBinary("", 0xFFFFFFFF, kTwoTriangles),
        "byte 184: the file ends here, but its header promises 4294967295 triangles, 214748364834 "
        "bytes in all",
        ""},
-      {makeBinary("", 0xFFFFFFFF, kTwoTriangles), true,
-       "byte 80: 4294967295 triangles are more than one part can hold, 2147483647", ""},
-      {makeBinary("", 0, kTwoTriangles), false,
+      {makeBinary("", 0, kTwoTriangles),
        "byte 80: the header promises no triangles, but more bytes follow", ""},
-      {makeBinary("", 2, bad), false,
+      {makeBinary("", 2, bad),
        "byte 158: corner 2 of triangle 2 has a coordinate that is not a finite number", ""},
-      {makeBinary("", 2, worse), false,
+      {makeBinary("", 2, worse),
        "byte 96: corner 1 of triangle 1 has a coordinate that is not a finite number", ""},
-      {makeBinary("", 1, kTwoTriangles), false, "",
+      {makeBinary("", 1, kTwoTriangles), "",
        "byte 134: 50 bytes after the last triangle are not used"},
-      {makeBinary("", 1, kTwoTriangles), true, "",
-       "byte 134: the bytes after the last triangle are not used"},
-      {makeBinary("", 0, {}), false, "", "there are no triangles in the file"},
-      {makeBinary("", 1, flat), false, "",
-       "triangles with coinciding corners, kept as they are: 1"},
+      {makeBinary("", 0, {}), "", "there are no triangles in the file"},
+      {makeBinary("", 1, flat), "", "triangles with coinciding corners, kept as they are: 1"},
   };
   for (const Case& c : cases) {
-    Outcome outcome;
-    readInto(c.bytes, c.isPipe, outcome);
+    MemoryRequest outcome(c.bytes);
+    outcome.Run(createStlReader);
     EXPECT_EQ(outcome.result.IsFailure(), *c.error != 0) << c.error << c.warning;
-    EXPECT_EQ(outcome.report.errors,
+    EXPECT_EQ(outcome.errors,
               *c.error != 0 ? std::vector<std::string>{c.error} : std::vector<std::string>());
-    EXPECT_EQ(outcome.report.warnings,
+    EXPECT_EQ(outcome.warnings,
               *c.warning != 0 ? std::vector<std::string>{c.warning} : std::vector<std::string>());
   }
 }
@@ -140,12 +118,11 @@ TEST(StlReader, AsciiFormsThatMeanTheSame) {
       "solid\n\f\v" + facet + "endsolid whatever follows on the line # is its name",
   };
   for (const std::string& form : forms) {
-    for (const bool isPipe : {false, true}) {
-      Outcome outcome;
-      readInto(form, isPipe, outcome);
-      ASSERT_TRUE(outcome.result.IsSuccess()) << form << outcome.report.errors[0];
+    {
+      MemoryRequest outcome(form);
+      ASSERT_TRUE(outcome.Run(createStlReader).IsSuccess()) << form << outcome.errors[0];
       ASSERT_EQ(outcome.model.parts.size(), 1);
-      const Mesh& mesh = outcome.model.parts[0].mesh;
+      const Mesh& mesh = outcome.model.parts[0].meshes[0];
       ASSERT_EQ(mesh.vertices.size(), 3);
       EXPECT_EQ(mesh.vertices[0], (Point{0, 0, 0}));
       EXPECT_EQ(mesh.vertices[1], (Point{1, 0, 0})) << form;
@@ -155,18 +132,17 @@ TEST(StlReader, AsciiFormsThatMeanTheSame) {
 }
 
 TEST(StlReader, SolidsBecomePartsWithTheirNames) {
-  Outcome outcome;
-  readInto("solid  left  wheel \r\n" + makeFacet() + makeFacet() + "endsolid left\nsolid Größe\n" +
-               makeFacet() + "endsolid\nsolid empty\nendsolid\nsolid Gr\xF6\xDF\x65\n" +
-               makeFacet("vertex 1 1 1 vertex 1 1 1 vertex 0 0 0") + "endsolid\n",
-           false, outcome);
-  ASSERT_TRUE(outcome.result.IsSuccess());
+  MemoryRequest outcome("solid  left  wheel \r\n" + makeFacet() + makeFacet() +
+                        "endsolid left\nsolid Größe\n" + makeFacet() +
+                        "endsolid\nsolid empty\nendsolid\nsolid Gr\xF6\xDF\x65\n" +
+                        makeFacet("vertex 1 1 1 vertex 1 1 1 vertex 0 0 0") + "endsolid\n");
+  ASSERT_TRUE(outcome.Run(createStlReader).IsSuccess());
   ASSERT_EQ(outcome.model.parts.size(), 3);
   EXPECT_TRUE(outcome.model.parts[0].name == KOVAString("left  wheel"));
-  EXPECT_EQ(outcome.model.parts[0].mesh.triangles.size(), 2);
+  EXPECT_EQ(outcome.model.parts[0].meshes[0].triangles.size(), 2);
   EXPECT_TRUE(outcome.model.parts[1].name == KOVAString("Größe", "UTF-8"));
   EXPECT_TRUE(outcome.model.parts[2].name == KOVAString("Größe", "UTF-8"));
-  EXPECT_EQ(outcome.report.warnings,
+  EXPECT_EQ(outcome.warnings,
             (std::vector<std::string>{"triangles with coinciding corners, kept as they are: 1",
                                       "solids without triangles, left out: 1"}));
 }
@@ -203,29 +179,33 @@ TEST(StlReader, AsciiErrorsNameTheLine) {
        "'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'..."},
   };
   for (const auto& c : cases) {
-    Outcome outcome;
-    readInto(c.bytes, false, outcome);
+    MemoryRequest outcome(c.bytes);
+    outcome.Run(createStlReader);
     EXPECT_TRUE(outcome.result.IsFailure()) << c.error;
-    EXPECT_EQ(outcome.report.errors, std::vector<std::string>{c.error});
+    EXPECT_EQ(outcome.errors, std::vector<std::string>{c.error});
   }
 }
 
+// The file becomes shorter while it is read.
 TEST(StlReader, AFileThatCannotBeReadOnIsNoShortFile) {
-  const std::string ascii = "solid\n" + makeFacet() + "endsolid\n";
-  const std::string binary = makeBinary("", 2, kTwoTriangles);
-  for (const std::string& bytes : {ascii, binary}) {
-    for (const std::size_t offset : {std::size_t{0}, std::size_t{40}, bytes.size() - 1}) {
-      MemorySource source(bytes, true);
-      source.BreakAt(offset);
-      Model model;
-      RecordingReport report;
-      const KOVAResult result = StlReader().Read(source, model, report);
-      EXPECT_EQ(result, KOVAResultCode::kFileOpenError) << offset;
-      ASSERT_EQ(report.errors.size(), 1U);
-      EXPECT_NE(report.errors[0].find("cannot be read any further: Input/output error"),
-                std::string::npos)
-          << report.errors[0];
-    }
+  std::string ascii = "solid\n";
+  for (int i = 0; i < 20000; ++i) ascii += makeFacet();
+  std::vector<float> coordinates;
+  for (int i = 0; i < 10000; ++i) {
+    coordinates.insert(coordinates.end(), kTwoTriangles.begin(), kTwoTriangles.end());
+  }
+  for (const std::string& bytes : {ascii + "endsolid\n", makeBinary("", 20000, coordinates)}) {
+    MemoryRequest outcome("");
+    const TemporaryFile file(bytes);
+    const KOVAFormatReaderHandle reader =
+        createStlReader({file.GetFile(), nullptr, 0, outcome.report, outcome.options,
+                         outcome.header, outcome.model});
+    std::filesystem::resize_file(file.GetPath(), 500000);
+    const RecordingListener listener;
+    EXPECT_EQ(runReader(reader), KOVAResultCode::kFileOpenError);
+    // The buffer has its say before.
+    ASSERT_FALSE(listener.errors.empty());
+    EXPECT_NE(listener.errors.back().find("cannot be read any further"), std::string::npos);
   }
 }
 
@@ -238,33 +218,17 @@ TEST(StlReader, AsciiAcrossTheEndsOfTheWindow) {
                         ".25 0\nvertex 0 1 -" + number);
   }
   for (std::size_t shift = 0; shift < 120; shift += shift < 40 ? 1 : 7) {
-    Outcome outcome;
-    readInto("solid" + std::string(shift, ' ') + "\n" + facets + "endsolid\nx", true, outcome);
+    MemoryRequest outcome("solid" + std::string(shift, ' ') + "\n" + facets + "endsolid\nx");
+    outcome.Run(createStlReader);
     // The last line tells that all lines were counted.
-    ASSERT_EQ(outcome.report.errors,
+    ASSERT_EQ(outcome.errors,
               std::vector<std::string>{
                   "line 13503: 'solid' or the end of the file is expected, not 'x'"});
-    const Mesh& mesh = outcome.model.parts[0].mesh;
+    const Mesh& mesh = outcome.model.parts[0].meshes[0];
     ASSERT_EQ(mesh.triangles.size(), 4500);
     EXPECT_EQ(mesh.vertices[static_cast<int>(mesh.triangles[4499].corners[1])],
               (Point{1, 4499.25, 0}));
   }
-}
-
-bool isSound(const Model& model) {
-  for (const Part& part : model.parts) {
-    for (const Point& point : part.mesh.vertices) {
-      if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
-        return false;
-      }
-    }
-    for (const Triangle& triangle : part.mesh.triangles) {
-      for (const std::uint32_t corner : triangle.corners) {
-        if (corner >= static_cast<std::uint32_t>(part.mesh.vertices.size())) return false;
-      }
-    }
-  }
-  return true;
 }
 
 TEST(StlReader, CutFilesAreNeverTakenForWholeOnes) {
@@ -272,11 +236,11 @@ TEST(StlReader, CutFilesAreNeverTakenForWholeOnes) {
   const std::string binary = makeBinary("solid a", 2, kTwoTriangles);
   for (const std::string& whole : {ascii, binary}) {
     for (std::size_t count = 0; count < whole.size(); ++count) {
-      for (const bool isPipe : {false, true}) {
-        Outcome outcome;
-        readInto(whole.substr(0, count), isPipe, outcome);
+      {
+        MemoryRequest outcome(whole.substr(0, count));
+        outcome.Run(createStlReader);
         EXPECT_TRUE(outcome.result.IsFailure()) << count;
-        EXPECT_EQ(outcome.report.errors.size(), 1U);
+        EXPECT_EQ(outcome.errors.size(), 1U);
       }
     }
   }
@@ -301,9 +265,9 @@ TEST(StlReader, MutatedFilesFailOnceOrGiveASoundModel) {
         }
         if (bytes.empty()) bytes = " ";
       }
-      Outcome outcome;
-      readInto(bytes, i % 2 == 0, outcome);
-      ASSERT_EQ(outcome.report.errors.size(), outcome.result.IsFailure() ? 1U : 0U);
+      MemoryRequest outcome(bytes);
+      outcome.Run(createStlReader);
+      ASSERT_EQ(outcome.errors.size(), outcome.result.IsFailure() ? 1U : 0U);
       ASSERT_TRUE(outcome.result.IsFailure() || isSound(outcome.model));
     }
   }

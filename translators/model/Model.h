@@ -110,4 +110,11 @@ inline void addPart(Model& model, const Part& part) {
   model.instances.add(instance);
 }
 
+/// What an instance is called: its own name, else that of its part, else that of the model.
+inline const KOVAString& getName(const Model& model, const Instance& instance) {
+  if (!instance.name.isEmpty()) return instance.name;
+  const KOVAString& part = model.parts[instance.part].name;
+  return part.isEmpty() ? model.name : part;
+}
+
 }  // namespace kova::translators

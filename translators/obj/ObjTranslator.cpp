@@ -9,8 +9,10 @@ void KOVATranslatorFinalize() {}
 
 const kova::translators::Description* KOVATranslatorDescribe() {
   static constexpr kova::translators::Description kDescription{
-      "Wavefront OBJ, faces in groups per part", ".obj"};
+      "Wavefront OBJ, faces and polylines in groups per part", ".obj"};
   return &kDescription;
 }
 
-kova::translators::Writer* KOVATranslatorCreateWriter() { return new kova::translators::ObjWriter; }
+KOVAFormatWriter* KOVATranslatorCreateWriter(const kova::translators::WriteRequest* request) {
+  return kova::translators::createObjWriter(*request);
+}

@@ -1,4 +1,3 @@
-#include "translators/model/MeshBuilder.h"
 #include "translators/stl/StlForms.h"
 
 #include <bit>
@@ -29,68 +28,59 @@ bool readCorner(const char* bytes, Point& point) {
   return isFinite(x) && isFinite(y) && isFinite(z);
 }
 
-KOVAResult failAtEnd(const ByteWindow& window, std::uint64_t offset, std::uint32_t triangles,
-                     Report& report) {
-  if (window.HasFailed()) {
-    return report.Fail(KOVAResultCode::kFileOpenError, Place::Byte(offset),
-                       "the file cannot be read any further: %s",
-                       window.GetSource().GetFailureReason());
-  }
-  return report.Fail(KOVAResultCode::kInvalidFile, Place::Byte(offset),
-                     "the file ends here, but its header promises %u triangles, %llu bytes in all",
-                     triangles, static_cast<unsigned long long>(getFileBytes(triangles)));
-}
-
-// What stands behind the last triangle, when the length of the file is known.
-void warnOfRest(std::uint64_t bytes, std::uint64_t offset, Report& report) {
-  report.Warn(Place::Byte(offset), "%llu bytes after the last triangle are not used",
-              static_cast<unsigned long long>(bytes));
+KOVAResult failReading(std::uint64_t offset, const Report& report) {
+  return report.Fail(KOVAResultCode::kFileOpenError, Place::Byte(offset),
+                     "the file cannot be read any further");
 }
 
 }  // namespace
 
-std::uint32_t getTriangleCount(const char* header) {
-  return readUnsigned(header + kHeaderBytes - 4);
-}
+std::uint32_t getTriangleCount(const char* header) { return readUnsigned(header + kCommentBytes); }
 
 std::uint64_t getFileBytes(std::uint32_t triangles) {
   return kHeaderBytes + std::uint64_t{triangles} * kTriangleBytes;
 }
 
-KOVAResult read(ByteWindow& window, Model& model, Report& report) {
+KOVAResult readTriangleCount(ByteWindow& window, const Report& report, std::uint32_t& triangles) {
   if (!window.Require(kHeaderBytes)) {
-    if (window.HasFailed()) return failAtEnd(window, window.size(), 0, report);
+    if (window.HasFailed()) return failReading(window.size(), report);
     return report.Fail(
         KOVAResultCode::kInvalidFile, Place::Byte(window.size()),
         "the file ends inside the header of a binary STL file, which takes %zu bytes; it is no "
         "ASCII STL file either",
         kHeaderBytes);
   }
-  const std::uint32_t triangles = getTriangleCount(window.begin());
+  triangles = getTriangleCount(window.begin());
   const std::uint64_t promised = getFileBytes(triangles);
-  const std::int64_t known = window.GetSource().GetByteCount();
+  const std::uint64_t bytes = window.GetByteCount();
   window.Skip(kHeaderBytes);
-
-  // A promise that the file cannot keep costs no memory.
-  if (known >= 0 && static_cast<std::uint64_t>(known) < promised) {
-    return failAtEnd(window, static_cast<std::uint64_t>(known), triangles, report);
+  if (bytes < promised) {
+    return report.Fail(KOVAResultCode::kInvalidFile, Place::Byte(bytes),
+                       "the file ends here, but its header promises %u triangles, %llu bytes in "
+                       "all",
+                       triangles, static_cast<unsigned long long>(promised));
   }
-  if (triangles == 0 && window.Require(1)) {
-    return report.Fail(KOVAResultCode::kInvalidFile, Place::Byte(kHeaderBytes - 4),
+  if (bytes > promised && triangles == 0) {
+    return report.Fail(KOVAResultCode::kInvalidFile, Place::Byte(kCommentBytes),
                        "the header promises no triangles, but more bytes follow");
   }
-  if (triangles > static_cast<std::uint32_t>(MeshBuilder::kMostElements)) {
-    return report.Fail(KOVAResultCode::kNotSupported, Place::Byte(kHeaderBytes - 4),
-                       "%u triangles are more than one part can hold, %d", triangles,
-                       MeshBuilder::kMostElements);
+  if (bytes > promised) {
+    report.Warn(Place::Byte(promised), "%llu bytes after the last triangle are not used",
+                static_cast<unsigned long long>(bytes - promised));
   }
-  if (triangles == 0) return KOVAResultCode::kSuccess;
+  return KOVAResultCode::kSuccess;
+}
 
+KOVAResult readTriangles(ByteWindow& window, std::uint32_t triangles, Model& model,
+                         const Report& report) {
+  if (triangles == 0) return KOVAResultCode::kSuccess;
+  Progress progress("read", window.GetByteCount(), Progress::kBytesPerEvent);
   MeshBuilder builder(true);
-  if (known >= 0) builder.Reserve(static_cast<int>(triangles));
+  // Not on trust: the file is as long.
+  builder.Reserve(static_cast<int>(triangles));
   for (std::uint32_t triangle = 0; triangle < triangles; ++triangle) {
     if (!window.Require(kTriangleBytes)) {
-      return failAtEnd(window, window.GetOffset() + window.size(), triangles, report);
+      return failReading(window.GetOffset() + window.size(), report);
     }
     Point corners[3];
     for (std::size_t corner = 0; corner < 3; ++corner) {
@@ -103,21 +93,18 @@ KOVAResult read(ByteWindow& window, Model& model, Report& report) {
     }
     if (!builder.AddTriangle(corners)) {
       return report.Fail(KOVAResultCode::kNotSupported, Place::Byte(window.GetOffset()),
-                         "more than %d different vertices", MeshBuilder::kMostElements);
+                         "more than %d triangles or vertices", MeshBuilder::kMostElements);
     }
     window.Skip(kTriangleBytes);
+    progress.Reach(window.GetOffset());
   }
-  if (known >= 0 && static_cast<std::uint64_t>(known) > promised) {
-    warnOfRest(static_cast<std::uint64_t>(known) - promised, promised, report);
-  } else if (known < 0 && window.Require(1)) {
-    report.Warn(Place::Byte(promised), "the bytes after the last triangle are not used");
-  }
-  const Mesh& mesh = builder.Finish();
+  Part part;
+  part.meshes.add(builder.Finish());
   if (builder.GetDegenerateCount() != 0) {
     report.Warn({}, "triangles with coinciding corners, kept as they are: %llu",
                 static_cast<unsigned long long>(builder.GetDegenerateCount()));
   }
-  model.parts.add({KOVAString(), mesh});
+  addPart(model, part);
   return KOVAResultCode::kSuccess;
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "translators/interface/ByteWindow.h"
+#include "translators/interface/Frame.h"
 #include "translators/interface/Report.h"
-#include "translators/model/Model.h"
+#include "translators/interface/Text.h"
+#include "translators/model/MeshBuilder.h"
 
 #include <cstddef>
 #include <cstdint>
 
-/// The two forms of STL. Both read from the start of the window to the end of the file, add parts
-/// to the model, and warn of what they find on the way.
+/// The two forms of STL.
 namespace kova::translators {
 
 /// Binary STL, all little-endian: a comment of 80 bytes, the number of triangles as a 32-bit
@@ -16,6 +17,7 @@ namespace kova::translators {
 /// 16-bit attribute: 50 bytes.
 namespace stlBinary {
 
+inline constexpr std::size_t kCommentBytes = 80;
 inline constexpr std::size_t kHeaderBytes = 84;
 inline constexpr std::size_t kTriangleBytes = 50;
 
@@ -25,7 +27,12 @@ std::uint32_t getTriangleCount(const char* header);
 /// The length of a file with this many triangles.
 std::uint64_t getFileBytes(std::uint32_t triangles);
 
-KOVAResult read(ByteWindow& window, Model& model, Report& report);
+/// Checks the promise of the header, at which the window stands, and steps behind it.
+KOVAResult readTriangleCount(ByteWindow& window, const Report& report, std::uint32_t& triangles);
+
+/// Reads so many triangles into one part, or none when there are none.
+KOVAResult readTriangles(ByteWindow& window, std::uint32_t triangles, Model& model,
+                         const Report& report);
 
 }  // namespace stlBinary
 
@@ -42,7 +49,34 @@ KOVAResult read(ByteWindow& window, Model& model, Report& report);
 /// NAME is the rest of its line and may be missing. A file may hold several solids.
 namespace stlAscii {
 
-KOVAResult read(ByteWindow& window, Model& model, Report& report);
+class Parser {
+ public:
+  /// The window stands at the start of the file.
+  Parser(ByteWindow& window, Model& model, const Report& report);
+
+  /// Finds the first solid.
+  KOVAResult ReadStart();
+  /// Whether a solid, or what is taken for one, is still to be read.
+  bool HasSolid() const { return !_words.GetWord().empty(); }
+  /// Reads the next solid into a part of its own.
+  KOVAResult ReadSolid();
+  /// Warns of what was found on the way.
+  KOVAResult Finish();
+
+ private:
+  KOVAResult ReadFacet(MeshBuilder& builder);
+  KOVAResult ReadNormal();
+  KOVAResult ReadNumber(double& number);
+  KOVAResult Expect(std::string_view keyword);
+  KOVAResult FailExpecting(const char* expected);
+
+  WordScanner _words;
+  Model& _model;
+  const Report& _report;
+  Progress _progress;
+  std::uint64_t _degenerates = 0;
+  std::uint64_t _emptySolids = 0;
+};
 
 }  // namespace stlAscii
 

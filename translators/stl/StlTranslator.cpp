@@ -13,4 +13,6 @@ const kova::translators::Description* KOVATranslatorDescribe() {
   return &kDescription;
 }
 
-kova::translators::Reader* KOVATranslatorCreateReader() { return new kova::translators::StlReader; }
+KOVAFormatReader* KOVATranslatorCreateReader(const kova::translators::ReadRequest* request) {
+  return kova::translators::createStlReader(*request);
+}
