@@ -1,5 +1,6 @@
-# Builds and runs the consumer project against an installed tree, in one of three ways:
-# find_package, the same after the tree was moved, and pkg-config without CMake.
+# Builds and runs the consumer project in one of the ways in which the library can be used:
+# installed, moved (the installed tree, in another place), build_tree, subdirectory, pkg_config.
+cmake_minimum_required(VERSION 3.25)
 
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -9,19 +10,14 @@ function(run what)
   endif()
 endfunction()
 
-if(SANITIZE STREQUAL "address")
-  set(flags "-fsanitize=address,undefined")
-elseif(SANITIZE STREQUAL "thread")
-  set(flags "-fsanitize=thread")
+find_program(compiler "${COMPILER}")
+if(NOT compiler)
+  message(STATUS "${COMPILER} is not installed")
+  return()
 endif()
 
 file(REMOVE_RECURSE "${BINARY}")
 file(MAKE_DIRECTORY "${BINARY}")
-
-if(WAY STREQUAL "moved")
-  file(COPY "${PREFIX}/" DESTINATION "${BINARY}/elsewhere")
-  set(PREFIX "${BINARY}/elsewhere")
-endif()
 
 if(WAY STREQUAL "pkg_config")
   find_program(pkg_config pkg-config)
@@ -30,15 +26,33 @@ if(WAY STREQUAL "pkg_config")
     return()
   endif()
   set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
-  execute_process(COMMAND "${pkg_config}" --cflags --libs kovabase RESULT_VARIABLE status
-                  OUTPUT_VARIABLE options OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND "${pkg_config}" --cflags --libs kovabase OUTPUT_VARIABLE options
+                  OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   separate_arguments(options UNIX_COMMAND "${options}")
-  separate_arguments(flags UNIX_COMMAND "${flags}")
-  run("compile" "${COMPILER}" -std=c++20 -O2 ${flags} "${SOURCE}/main.cpp" -o "${BINARY}/consumer" ${options}
+  run("compile" "${compiler}" -std=c++${STANDARD} -O2 "${SOURCE}/main.cpp" -o "${BINARY}/consumer" ${options}
       "-Wl,-rpath,${PREFIX}/${LIBDIR}")
-else()
-  run("configure" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${BINARY}" -DCMAKE_BUILD_TYPE=Release
-      "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_FLAGS=${flags}")
-  run("build" "${CMAKE_COMMAND}" --build "${BINARY}")
+  run("run" "${BINARY}/consumer")
+  return()
 endif()
-run("run" "${BINARY}/consumer")
+
+set(components Library)
+if(HAS_APPS)
+  list(APPEND components TranslatorInterface Program Translators)
+endif()
+if(WAY STREQUAL "moved")
+  file(COPY "${PREFIX}/" DESTINATION "${BINARY}/some where else")
+  set(PREFIX "${BINARY}/some where else")
+elseif(WAY STREQUAL "build_tree")
+  set(PREFIX "${BUILD_TREE}")
+elseif(WAY STREQUAL "subdirectory")
+  set(extra "-DKOVABASE_SOURCE=${KOVABASE_SOURCE}" "-DKOVABASE_WERROR=${WERROR}")
+endif()
+run("configure"
+    "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE}" -B "${BINARY}/build" -DCMAKE_BUILD_TYPE=Release
+    "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DCMAKE_CXX_COMPILER=${compiler}" "-DCMAKE_CXX_STANDARD=${STANDARD}"
+    "-DCOMPONENTS=${components}" ${extra})
+run("build" "${CMAKE_COMMAND}" --build "${BINARY}/build")
+run("run" "${BINARY}/build/consumer")
+if(EXISTS "${BINARY}/build/run_translator")
+  run("run the translator" "${BINARY}/build/run_translator" "${BINARY}/build/libkova_corners.so")
+endif()
