@@ -64,8 +64,9 @@ class SpaceCurve {
                          std::vector<Point>& points) const;
   /// Into how many parts a piece without breaks is divided before its samples are trusted.
   virtual int GetParts() const { return 1; }
-  /// How many pieces there are between breaks, and how deep curves are wrapped in each other. The
-  /// makers give null for more than they can bear: 200,000 pieces of a composite, 32 levels.
+  /// How many pieces there are between breaks, and how deep composites are in each other. The
+  /// makers give null for more than 200,000 pieces of a composite, 10,000 when it holds others,
+  /// and for more than 32 levels.
   virtual int CountPieces() const { return 1; }
   virtual int GetDepth() const { return 0; }
 };
@@ -82,6 +83,7 @@ SpaceCurveHandle makeHyperbola(const Frame& frame, double semiAxis, double semiI
 SpaceCurveHandle makeParabola(const Frame& frame, double focalDistance);
 SpaceCurveHandle makePolyline(std::vector<Point> points);
 /// @param weights  empty for a curve that is not rational.
+/// @param degree  at most 32.
 /// @param knots  every knot as often as its multiplicity: poles + degree + 1 of them.
 SpaceCurveHandle makeBSpline(int degree, std::vector<Point> poles, std::vector<double> weights,
                              std::vector<double> knots);
@@ -110,7 +112,8 @@ struct Chain {
   double length = 0.0;
 };
 
-/// The piece from parameter `from` to `to`, in this direction also when `to` < `from`.
+/// The piece from parameter `from` to `to`, in this direction also when `to` < `from`; on a
+/// periodic curve once around at most.
 /// @return false when it is not finite.
 bool sample(const SpaceCurve& curve, double from, double to, const ChainLimits& limits,
             Chain& chain);
