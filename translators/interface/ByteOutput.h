@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -23,6 +24,10 @@ class ByteOutput : public KOVADefaultBuffer {
     if (_next > _bytes.get() + kCapacity - kRoom) Send();
   }
   void Put(char c) { *_next++ = c; }
+  void PutBytes(const void* bytes, std::size_t count) {
+    std::memcpy(_next, bytes, count);
+    _next += count;
+  }
   /// At most 32 bytes: the shortest text that reads back to the same value.
   template <typename Number>
   void PutNumber(Number value) {

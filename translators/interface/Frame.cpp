@@ -1,6 +1,8 @@
 #include "translators/interface/Frame.h"
 
 #include "kovabase/events/KOVAProgressEvents.h"
+#include "translators/interface/OptionValues.h"
+#include "translators/interface/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -63,13 +65,17 @@ ByteOutputHandle openOutput(const WriteRequest& request, KOVABufferHandle& buffe
   if (const char* const refusal = findRefusal(request.file, "wb")) {
     result = request.report.Fail(KOVAResultCode::kFileSaveError, {}, "it cannot be written: %s",
                                  refusal);
-    buffer = KOVABufferHandle(new EmptyBuffer);
-    return nullptr;
+    return openNothing(buffer);
   }
   result = KOVAResultCode::kSuccess;
   ByteOutput* const output = new ByteOutput(request.file);
   buffer = KOVABufferHandle(output);
   return output;
+}
+
+ByteOutputHandle openNothing(KOVABufferHandle& buffer) {
+  buffer = KOVABufferHandle(new EmptyBuffer);
+  return nullptr;
 }
 
 KOVAResult finishOutput(const ByteOutputHandle& output, const Report& report) {
@@ -83,6 +89,22 @@ KOVAResult finishOutput(const ByteOutputHandle& output, const Report& report) {
   }
   return report.Fail(KOVAResultCode::kFileSaveError, {},
                      "it cannot be written: the system did not take all of it");
+}
+
+int readChoice(const WriteRequest& request, const char* option,
+               std::initializer_list<const char*> words) {
+  const KOVAString value = readOption(request.options, option, KOVAString(*words.begin()));
+  int index = 0;
+  std::string known;
+  for (const char* const word : words) {
+    if (value.equalsIgnoreCase(KOVAString(word))) return index;
+    known += (index++ == 0 ? "'" : ", '") + std::string(word) + "'";
+  }
+  const std::string text = encodeText(value);
+  request.report.Fail(KOVAResultCode::kInvalidArgument, {},
+                      "the option %s is %s; it may be one of %s", option,
+                      quote(text.data(), text.size()).c_str(), known.c_str());
+  return -1;
 }
 
 void Progress::Fire(std::uint64_t done) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <utility>
 
 /// What format readers and writers have in common besides their base classes.
@@ -61,9 +62,18 @@ KOVABufferHandle openInput(const ReadRequest& request, KOVAResult& result);
 ByteOutputHandle openOutput(const WriteRequest& request, KOVABufferHandle& buffer,
                             KOVAResult& result);
 
+/// The same for a request that has been refused before: touches no file.
+ByteOutputHandle openNothing(KOVABufferHandle& buffer);
+
 /// The last step of a writer: hands everything to the system, and reports what it has refused.
 /// @return FileSaveError, silently, for null.
 KOVAResult finishOutput(const ByteOutputHandle& output, const Report& report);
+
+/// The place of the option's value, in capitals or not, among the words that it takes. Without the
+/// option it is the first one.
+/// @return -1 for another value, which has been reported.
+int readChoice(const WriteRequest& request, const char* option,
+               std::initializer_list<const char*> words);
 
 /// Fires the stage events of a reader or writer, one for each `step` of its work at most.
 class Progress {

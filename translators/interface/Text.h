@@ -37,8 +37,8 @@ class WordScanner {
   /// Of a longer word this many bytes are shown; it is no keyword and no number.
   static constexpr std::size_t kMostWordBytes = 255;
 
-  /// The line in which the window stands is number 1.
-  explicit WordScanner(ByteWindow& window) : _window(window) {}
+  /// @param line  the line in which the window stands.
+  explicit WordScanner(ByteWindow& window, std::uint64_t line = 1) : _window(window), _line(line) {}
 
   ByteWindow& GetWindow() { return _window; }
   /// The line of the current word, from 1 on.
@@ -59,7 +59,7 @@ class WordScanner {
 
   ByteWindow& _window;
   std::string_view _word;
-  std::uint64_t _line = 1;
+  std::uint64_t _line;
   bool _isAfterReturn = false;
 };
 

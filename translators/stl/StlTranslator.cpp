@@ -1,5 +1,6 @@
 #include "translators/interface/Translator.h"
 #include "translators/stl/StlReader.h"
+#include "translators/stl/StlWriter.h"
 
 int KOVATranslatorInterfaceNumber() { return kova::translators::kInterfaceNumber; }
 
@@ -15,4 +16,8 @@ const kova::translators::Description* KOVATranslatorDescribe() {
 
 KOVAFormatReader* KOVATranslatorCreateReader(const kova::translators::ReadRequest* request) {
   return kova::translators::createStlReader(*request);
+}
+
+KOVAFormatWriter* KOVATranslatorCreateWriter(const kova::translators::WriteRequest* request) {
+  return kova::translators::createStlWriter(*request);
 }
