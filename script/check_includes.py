@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Checks what may include what.
 
-A unit is a header with its source. The graph of units must be acyclic, and four fences hold:
-operating-system headers stay in platform/, ICU in one private wrapper, kernel/ serves the mutex,
-the memory manager and the thread pool alone, and the umbrella header is for hosts.
+A unit is a header with its source. The library's graph of units must be acyclic, and these fences
+hold: operating-system headers stay in platform/posix/, ICU in one private wrapper, kernel/ serves
+the mutex, the memory manager and the thread pool alone, and the umbrella header is for hosts.
+Programs and translators include public headers of the library alone, and operating-system headers
+in apps/*/system/posix/ only.
 """
 
 import pathlib
@@ -24,6 +26,7 @@ SYSTEM = re.compile(
     r"^(sys/|linux/|netinet/|arpa/|(aio|cpio|dirent|dlfcn|fcntl|fnmatch|glob|grp|iconv|langinfo|"
     r"libgen|link|locale_t|nl_types|poll|pthread|pwd|regex|sched|semaphore|spawn|strings|syslog|"
     r"termios|ucontext|unistd|utime|wordexp|xlocale)\.h$)")
+SYSTEM_OF_PROGRAM = re.compile(r"^apps/[^/]+/system/posix/")
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 
 
@@ -106,11 +109,20 @@ def main():
     if cycle:
         problems.append("include cycle: " + " -> ".join(cycle))
 
-    for path in sorted((ROOT / "translators").rglob("*.h")) + sorted((ROOT / "translators").rglob("*.cpp")):
+    users = sorted(p for folder in ("apps", "translators") for p in (ROOT / folder).rglob("*")
+                   if p.suffix in (".h", ".cpp"))
+    for path in users:
+        name = str(path.relative_to(ROOT))
         for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
             match = INCLUDE.match(line)
-            if match and match.group(2).startswith(("kovabase/kernel/", "unicode/")):
-                problems.append(f"{path.relative_to(ROOT)}:{number}: translators stand on the public interface")
+            if not match:
+                continue
+            target, where = match.group(2), f"{name}:{number}"
+            is_library = target.startswith("kovabase/") and target not in public
+            if is_library or target.startswith("unicode/"):
+                problems.append(f"{where}: '{target}' is not of the public interface")
+            if SYSTEM.match(target) and not SYSTEM_OF_PROGRAM.match(name):
+                problems.append(f"{where}: <{target}> belongs to apps/*/system/posix/")
 
     umbrella = set(re.findall(r'#include "(kovabase/[^"]+)"', (ROOT / UMBRELLA).read_text(encoding="utf-8")))
     for name in sorted(public - umbrella):

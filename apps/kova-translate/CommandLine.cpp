@@ -1,11 +1,14 @@
 #include "apps/kova-translate/CommandLine.h"
 
-#include "apps/kova-translate/Console.h"
 #include "apps/kova-translate/Formats.h"
+#include "apps/kova-translate/Text.h"
+#include "kovabase/events/KOVCEvent.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
+#include <system_error>
 
 namespace kova::translate {
 
@@ -14,47 +17,35 @@ namespace {
 constexpr const char* kFooter =
     R"(Without -o and -d the result is written beside its input, with the extension of its format.
 Results appear under their names when they are complete. '-' as INPUT or FILE is standard input or
-standard output.
+standard output; messages go to standard error then. The extension of an INPUT tells its format;
+where it does not, the content does.
+
+With several INPUTs the preview of each is named after FILE.svg and the INPUT: FILE-part.svg.
+
+Options get their values from the first of these that has one: the environment (the variable KOVA
+and the name), the arguments, the configuration files, the default. NAME may be the end of a name or
+have '*' as a part, and applies to all options that fit. --options and --env list what there is.
+
+The log vexil_read.log is written when --log-dir or --log-level is given or KOVALogLevel is set: in
+that folder or the working folder. The console shows warnings and errors; KOVAConsoleTracesLevel
+changes that, and KOVATaskTiming=true measures the tasks.
 
 Translators are looked for in the folders of KOVA_TRANSLATORS (divided by colons), then beside the
-program, then where the system looks for libraries.
+program, then in PATH and where the system looks for libraries.
 
 Exit status: 0 all translated, 1 a file failed, 2 wrong usage, 3 internal error,
 130 or 143 ended by a signal.)";
 
-// Changes of one letter that turn one word into the other; a swap of neighbours is one.
-std::size_t distance(const std::string& a, const std::string& b) {
-  std::vector<std::vector<std::size_t>> table(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
-  for (std::size_t i = 0; i <= a.size(); ++i) table[i][0] = i;
-  for (std::size_t j = 0; j <= b.size(); ++j) table[0][j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t change = a[i - 1] == b[j - 1] ? 0 : 1;
-      table[i][j] =
-          std::min({table[i - 1][j] + 1, table[i][j - 1] + 1, table[i - 1][j - 1] + change});
-      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
-        table[i][j] = std::min(table[i][j], table[i - 2][j - 2] + 1);
-      }
-    }
-  }
-  return table[a.size()][b.size()];
-}
-
-// The word of `words` that the user may have meant; empty when none is near.
-std::string suggest(const std::string& word, const std::vector<std::string>& words) {
-  std::string best;
-  std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
-  for (const std::string& candidate : words) {
-    // An option that is begun and not finished counts as near.
-    const bool isBeginning = word.size() >= 2 && candidate.compare(0, word.size(), word) == 0;
-    const std::size_t changes = isBeginning ? 1 : distance(word, candidate);
-    if (changes < least) {
-      least = changes;
-      best = candidate;
-    }
-  }
-  return best;
-}
+// What CLI11 reads as text, for words with a meaning.
+struct Texts {
+  std::string statistics;
+  std::string progress;
+  std::string logLevel;
+  std::string unit;
+  std::string tolerance;
+  std::vector<std::string> assignments;
+  std::vector<std::string> layers;
+};
 
 std::string describeUnknownOption(const CLI::App& app, const std::string& argument) {
   const std::string option = argument.substr(0, argument.find('='));
@@ -64,22 +55,65 @@ std::string describeUnknownOption(const CLI::App& app, const std::string& argume
     for (const CLI::Option* known : app.get_options()) {
       names.insert(names.end(), known->get_lnames().begin(), known->get_lnames().end());
     }
-    const std::string name = suggest(option.substr(2), names);
-    if (!name.empty()) text += "; did you mean '--" + name + "'?";
+    for (std::string& name : names) name.insert(0, "--");
+    text += suggestInWords(option, names);
   }
   return text;
 }
 
-// What is wrong with settings that are well-formed; empty when nothing is.
-std::string findContradiction(Settings& settings, const std::string& statistics) {
-  if (statistics == "json") {
+// Takes over the words; what is wrong with them, empty when nothing is.
+std::string takeTexts(const Texts& texts, Settings& settings) {
+  if (texts.statistics == "json") {
     settings.statistics = Settings::Statistics::kJson;
-  } else if (statistics == "text") {
+  } else if (texts.statistics == "text") {
     settings.statistics = Settings::Statistics::kText;
-  } else if (!statistics.empty()) {
-    return "--stats is " + quoteText(statistics) + "; it can be 'text' or 'json'";
+  } else if (!texts.statistics.empty()) {
+    return "--stats is " + quoteText(texts.statistics) + "; it can be 'text' or 'json'";
   }
-  if (settings.isList) return {};
+  if (texts.progress == "none") {
+    settings.progress = Settings::Progress::kNone;
+  } else if (texts.progress == "json") {
+    settings.progress = Settings::Progress::kJson;
+  } else if (texts.progress != "auto") {
+    return "--progress is " + quoteText(texts.progress) + "; it can be 'auto', 'none' or 'json'";
+  }
+  if (!texts.logLevel.empty()) {
+    constexpr KOVAEventLevel kNoLevel = -2;
+    settings.logLevel = KOVCEvent::GetLevel(texts.logLevel.c_str(), kNoLevel);
+    if (*settings.logLevel == kNoLevel) {
+      const std::vector<std::string> names = {"debug", "test",    "verbose", "message",
+                                              "info",  "warning", "error",   "assert"};
+      return "--log-level is " + quoteText(texts.logLevel) +
+             "; it can be a number, debug, test, verbose, message, info, warning, error or assert" +
+             suggestInWords(texts.logLevel, names);
+    }
+  }
+  for (const std::string& text : texts.assignments) {
+    const std::size_t sign = text.find('=');
+    if (sign == 0 || sign == std::string::npos) {
+      return "--set takes NAME=VALUE, not " + quoteText(text);
+    }
+    settings.assignments.emplace_back(text.substr(0, sign), text.substr(sign + 1));
+  }
+  if (!texts.tolerance.empty()) {
+    settings.assignments.emplace_back("*.Read.Tolerance", texts.tolerance);
+  }
+  if (!texts.unit.empty()) settings.assignments.emplace_back("Translate.Unit", texts.unit);
+  for (const std::string& text : texts.layers) {
+    int layer = -1;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, layer);
+    if (error != std::errc() || stop != end || layer < 0) {
+      return "--layers takes numbers from 0 on, divided by commas, not " + quoteText(text);
+    }
+    settings.layers.push_back(layer);
+  }
+  return {};
+}
+
+// What is wrong with settings that are well-formed; empty when nothing is.
+std::string findContradiction(Settings& settings) {
+  if (settings.IsListing()) return {};
   if (settings.inputs.empty()) return "no INPUT is given";
   if (!settings.output.empty() && !settings.outputFolder.empty()) {
     return "--output and --output-dir exclude each other";
@@ -92,6 +126,7 @@ std::string findContradiction(Settings& settings, const std::string& statistics)
   if (standardInputs == 1 && !settings.outputFolder.empty()) {
     return "standard input has no name for a file in --output-dir; use --output";
   }
+  if (settings.preview == "-") return "--preview needs the name of a file";
   for (const std::string& input : settings.inputs) {
     if (input.empty()) return "an INPUT is empty";
   }
@@ -114,10 +149,10 @@ std::string findContradiction(Settings& settings, const std::string& statistics)
     for (const Format& known : kFormats) {
       if (known.isWritten) names.emplace_back(known.name);
     }
-    const std::string name = suggest(settings.format, names);
+    const std::string suggestion = suggestInWords(settings.format, names);
     return "unknown format " + quoteText(settings.format) +
-           (name.empty() ? "; " : "; did you mean '" + name + "'? ") +
-           "Formats that can be written: " + listWrittenFormats();
+           (suggestion.empty() ? ";" : suggestion) +
+           " Formats that can be written: " + listWrittenFormats();
   }
   if (!format->isWritten) {
     return "the format '" + settings.format +
@@ -128,10 +163,15 @@ std::string findContradiction(Settings& settings, const std::string& statistics)
 
 }  // namespace
 
+std::string describeUsageProblem(const std::string& problem) {
+  return "kova-translate: " + problem + "\nTry 'kova-translate --help'.\n";
+}
+
 Parsed parseCommandLine(int count, char** arguments) {
   Parsed parsed;
   Settings& settings = parsed.settings;
-  std::string statistics;
+  Texts texts;
+  texts.progress = "auto";
 
   CLI::App app("Translates CAD files from one format to another.", "kova-translate");
   app.set_help_flag("-h,--help", "Print this help and exit");
@@ -145,11 +185,48 @@ Parsed parseCommandLine(int count, char** arguments) {
                  "Format to write (" + listWrittenFormats() +
                      "); without it the extension of FILE tells, else it is obj")
       ->type_name("FORMAT");
-  app.add_flag("--stats{text}", statistics,
+  app.add_option("-u,--unit", texts.unit, "Unit of length of the result: mm, cm, m, in, ft, ...")
+      ->type_name("UNIT");
+  app.add_option("-c,--config", settings.configurations,
+                 "Read options from this file: lines NAME = VALUE before its first section")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+  app.add_option("-s,--set", texts.assignments, "Give an option a value")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  app.add_option("-j,--jobs", settings.jobs,
+                 "Translate up to N files at one time; without it as many as there are processors, "
+                 "or VEX_NUM_THREADS")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1024));
+  app.add_option("--tolerance", texts.tolerance,
+                 "Greatest distance between a curve and its chords, in millimetres")
+      ->type_name("MM");
+  app.add_option("--layers", texts.layers, "Take only what is on these layers, such as 1,3")
+      ->type_name("NUMBERS")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  app.add_option("--select", settings.selections,
+                 "Take only what has this name; '*' and '?' stand for other characters")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  app.add_option("--preview", settings.preview, "Draw a picture of the result, too")
+      ->type_name("FILE.svg");
+  app.add_flag("--stats{text}", texts.statistics,
                "Print what each file holds on standard output, as a line of text or, with "
                "--stats=json, as a JSON object");
+  app.add_option("--progress", texts.progress,
+                 "auto: a line on a terminal; json: lines for programs on standard error; or none")
+      ->type_name("KIND");
+  app.add_option("-l,--log-level", texts.logLevel, "The lowest level of messages for the log")
+      ->type_name("LEVEL");
+  app.add_option("--log-dir", settings.logFolder, "Write the log into this folder")
+      ->type_name("FOLDER");
   app.add_flag("--list", settings.isList,
                "Print the translators that are found, and why others are not");
+  app.add_flag("--options", settings.isOptionList, "Print all options with their values");
+  app.add_flag("--env", settings.isEnvironmentList,
+               "Print all environment variables with their values");
   app.add_flag("--dry-run", settings.isDryRun, "Read and check everything, write nothing");
   app.add_flag("--force", settings.isForced, "Replace results that exist already");
   app.footer(kFooter);
@@ -157,7 +234,8 @@ Parsed parseCommandLine(int count, char** arguments) {
   std::string problem;
   try {
     app.parse(count, arguments);
-    problem = findContradiction(settings, statistics);
+    problem = takeTexts(texts, settings);
+    if (problem.empty()) problem = findContradiction(settings);
   } catch (const CLI::CallForHelp&) {
     parsed.text = app.help();
     return parsed;
@@ -172,7 +250,7 @@ Parsed parseCommandLine(int count, char** arguments) {
   }
   if (!problem.empty()) {
     parsed.status = kUsage;
-    parsed.text = "kova-translate: " + problem + "\nTry 'kova-translate --help'.\n";
+    parsed.text = describeUsageProblem(problem);
     return parsed;
   }
   parsed.isComplete = true;

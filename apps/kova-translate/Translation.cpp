@@ -1,221 +1,281 @@
 #include "apps/kova-translate/Translation.h"
 
+#include "apps/kova-translate/Preview.h"
+#include "apps/kova-translate/Text.h"
+#include "apps/kova-translate/system/OutputFile.h"
+#include "kovabase/events/KOVAFileTaskEvents.h"
+#include "kovabase/events/KOVAMessageEvents.h"
+#include "kovabase/events/KOVATaskEvents.h"
+#include "kovabase/events/KOVCEventBus.h"
+#include "kovabase/foundation/Gk_Exception.h"
+#include "kovabase/foundation/KOVAAbortException.h"
 #include "kovabase/foundation/KOVAAllocException.h"
-#include "kovabase/platform/InputFile.h"
-#include "kovabase/platform/OutputFile.h"
-#include "kovabase/platform/Process.h"
+#include "kovabase/foundation/KOVAArchiveException.h"
+#include "kovabase/foundation/KOVAException.h"
+#include "kovabase/io/KOVAFileOutputStream.h"
+#include "kovabase/options/KOVAProcessUtils.h"
+#include "kovabase/translation/KOVAReader.h"
+#include "kovabase/translation/KOVAWriter.h"
+#include "kovabase/units/KOVAUnitValue.h"
 
 #include <chrono>
+#include <exception>
 #include <filesystem>
 #include <new>
-#include <system_error>
+#include <optional>
 
 namespace kova::translate {
 
 namespace {
 
-using translators::Place;
+using translators::Model;
+using translators::Report;
 
-class FileSource : public translators::Source {
- public:
-  bool Open(const std::string& input) {
-    return input == "-" ? _file.openStandardInput(_reason) : _file.open(input, _reason);
+using ReaderHandle = KOVATypedHandle<KOVAReader>;
+using WriterHandle = KOVATypedHandle<KOVAWriter>;
+
+// Not every format has the step.
+KOVAResult takeAsOptional(KOVAResult result) {
+  return result == KOVAResultCode::kNotImplemented ? KOVAResult(KOVAResultCode::kSuccess) : result;
+}
+
+KOVAResult readSections(KOVAReader& reader) {
+  KOVAResult result = reader.ReadHeaderSection();
+  if (result.IsFailure()) return result;
+  result = reader.ReadFileInfoSection();
+  if (result.IsFailure()) return result;
+  KOVAStartReadEntitiesTaskEvent::Fire();
+  result = reader.ReadDataSection();
+  KOVAEndReadEntitiesTaskEvent::Fire(result);
+  if (result.IsFailure()) return result;
+  return takeAsOptional(reader.Resolve());
+}
+
+KOVAResult writeSections(KOVAWriter& writer) {
+  KOVAResult result = writer.WriteHeaderSection();
+  if (result.IsFailure()) return result;
+  result = writer.WriteFileInfoSection();
+  if (result.IsFailure()) return result;
+  result = writer.WriteDataSection();
+  if (result.IsFailure()) return result;
+  return takeAsOptional(writer.Resolve());
+}
+
+std::string nameOutput(const std::string& output) {
+  return output == "-" ? "standard output" : quoteText(output);
+}
+
+KOVAResult failToWrite(const Report& report, const std::string& output, const std::string& reason) {
+  return report.Fail(KOVAResultCode::kFileSaveError, {}, "%s cannot be written: %s",
+                     nameOutput(output).c_str(), reason.c_str());
+}
+
+// To the unit of the result, when one is asked for.
+KOVAResult changeUnit(const Report& report, Model& model) {
+  if (model.unit == KOVAUnitUnknown || model.unit == KOVAUnitModel) {
+    model.unit = KOVAUnitValue::GetUnitWhenUnspecified();
   }
-  std::int64_t Read(char* bytes, std::size_t capacity) override {
-    return _file.read(bytes, capacity, _reason);
+  const KOVAUnit unit = KOVAUnitValue::GetWriteUnit();
+  if (unit == KOVAUnitModel || unit == KOVAUnitUnknown || unit == model.unit) {
+    return KOVAResultCode::kSuccess;
   }
-  std::int64_t GetByteCount() const override { return _file.size(); }
-  const char* GetFailureReason() const override { return _reason.c_str(); }
+  const double factor = KOVAUnitValue::GetScalingFactor(model.unit, unit);
+  if (translators::scaleModel(model, factor, unit)) return KOVAResultCode::kSuccess;
+  return report.Fail(KOVAResultCode::kInvalidWriteUnit, {},
+                     "its lengths are too large for the unit of the result");
+}
 
- private:
-  platform::InputFile _file;
-  std::string _reason;
-};
+std::string nameUnit(KOVAUnit unit) {
+  KOVAString text;
+  if (unit == KOVAUnitUnknown || unit == KOVAUnitModel ||
+      KOVAUnitValue::GetUnitAsString(unit, text).IsFailure()) {
+    return {};
+  }
+  return toLower(toUtf8(text));
+}
 
-// Standard input has no name to tell its format.
-const Format& formatOfStandardInput() { return *findFormat("stl"); }
-
-// Two spellings of one place become the same, also while nothing stands there.
-std::string normalise(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path normal = std::filesystem::weakly_canonical(path, error);
-  return error ? path : normal.string();
+// The picture in a file of its own, which waits for the result.
+KOVAResult drawPreview(const FileRun& run, bool isForced, const Report& report, const Model& model,
+                       OutputFile& file) {
+  std::string reason;
+  if (!file.Create(run.task.preview, isForced, reason)) {
+    return failToWrite(report, run.task.preview, reason);
+  }
+  const std::string title =
+      run.task.input == "-" ? run.task.name : std::filesystem::path(run.task.input).stem().string();
+  std::optional<CreationGuard> guard(std::in_place);
+  KOVAFileOutputStream stream(file.GetPath().c_str());
+  guard.reset();
+  writePreview(model, run.statistics.summary, title, stream);
+  if (stream.Close().IsSuccess()) return KOVAResultCode::kSuccess;
+  return failToWrite(report, run.task.preview, stream.GetFailureReason());
 }
 
 }  // namespace
 
-/// Shows the messages about one file and counts them.
-class Translation::FileReport : public translators::Report {
- public:
-  FileReport(Console& console, const std::string& file, Statistics& statistics)
-      : _console(console), _file(file), _statistics(statistics) {}
-
- protected:
-  void HandleWarning(Place place, const char* text) override {
-    ++_statistics.warnings;
-    _console.TellWarning(_file, place, text);
-  }
-  void HandleError(Place place, const char* text) override {
-    ++_statistics.errors;
-    _console.TellError(_file, place, text);
-  }
-
- private:
-  Console& _console;
-  const std::string& _file;
-  Statistics& _statistics;
-};
-
-bool Translation::Run(const std::string& input) {
+void Translation::Run(FileRun& run) const {
   const auto start = std::chrono::steady_clock::now();
-  Statistics statistics;
-  statistics.file = input;
-  FileReport report(_console, input, statistics);
-  bool isTranslated = false;
-  try {
-    isTranslated = Translate(input, report, statistics);
-  } catch (const std::bad_alloc&) {
-    report.Fail(KOVAResultCode::kFailure, {}, "there is not enough memory for it");
-  } catch (const KOVAAllocException&) {
-    report.Fail(KOVAResultCode::kFailure, {}, "there is not enough memory for it");
-  }
-  if (_settings.statistics != Settings::Statistics::kNone) {
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-    statistics.seconds = elapsed.count();
-    statistics.peakBytes = platform::peakMemory();
-    const std::string text = _settings.statistics == Settings::Statistics::kJson
-                                 ? statistics.ToJson()
-                                 : statistics.ToText();
-    if (GetTarget(input) == "-") {
-      _console.PrintError(text);
-    } else {
-      _console.Print(text);
-    }
-  }
-  return isTranslated;
-}
+  run.statistics.file = run.task.input;
+  const Report report(run.task.name);
+  KOVAMessageEvent::Fire("Translating %s to %s", run.task.name.c_str(),
+                         nameOutput(run.task.output).c_str());
+  KOVCStartTaskEvent startEvent("Translation", "Translation", KOVAEventLevels::kMessage);
+  KOVCEventBus::Fire(startEvent);
 
-bool Translation::Translate(const std::string& input, FileReport& report, Statistics& statistics) {
-  translators::Model model;
-  const std::string target = GetTarget(input);
-  if (!Read(input, target, report, model)) return false;
-  statistics.Count(model);
-  return _settings.isDryRun || Write(target, report, model);
-}
-
-bool Translation::Read(const std::string& input, const std::string& target, FileReport& report,
-                       translators::Model& model) {
-  const Format* format = input == "-" ? &formatOfStandardInput() : findFormatOfFile(input);
-  if (format == nullptr || !format->isRead) {
-    report.Fail(KOVAResultCode::kFileFormatNotSupported, {},
-                "its name does not end like that of a format that can be read (%s)",
-                listReadFormats().c_str());
-    return false;
-  }
-  FileSource source;
-  if (!source.Open(input)) {
-    report.Fail(KOVAResultCode::kFileOpenError, {}, "it cannot be opened: %s",
-                source.GetFailureReason());
-    return false;
-  }
-  if (!MayWrite(input, target, report)) return false;
-  const Translator* translator = FindTranslator(*format, report);
-  if (translator == nullptr) return false;
-  const auto reader = translator->CreateReader();
-  if (reader == nullptr) {
-    report.Fail(KOVAResultCode::kNotSupported, {}, "the translator %s cannot read",
-                quoteText(translator->GetPath()).c_str());
-    return false;
-  }
-  const std::string stem =
-      input == "-" ? std::string() : std::filesystem::path(input).stem().string();
-  model.name = KOVAString(stem.c_str(), "UTF-8");
-  return reader->Read(source, model, report).IsSuccess();
-}
-
-bool Translation::Write(const std::string& target, FileReport& report,
-                        const translators::Model& model) {
-  const Translator* translator = FindTranslator(*findFormat(_settings.format), report);
-  if (translator == nullptr) return false;
-  const auto writer = translator->CreateWriter();
-  if (writer == nullptr) {
-    report.Fail(KOVAResultCode::kNotSupported, {}, "the translator %s cannot write",
-                quoteText(translator->GetPath()).c_str());
-    return false;
-  }
-  const auto writeTo = [&](KOVAOutputStream& stream, const std::string& name) {
-    KOVAResult result = writer->Write(model, stream, report);
-    result &= stream.Flush();
-    if (stream.GetResult().IsFailure()) {
-      report.Fail(KOVAResultCode::kFileSaveError, {}, "%s cannot be written: %s", name.c_str(),
-                  stream.GetFailureReason());
-    }
-    return result.IsSuccess();
+  KOVAResult result = KOVAResultCode::kUnexpectedError;
+  run.status = kFileFailed;
+  const auto failUnexpectedly = [&](const char* what) {
+    report.Fail(result, {}, "internal error: %s", what);
+    run.status = kInternal;
   };
-  if (target == "-") return writeTo(_console.GetOutput(), "standard output");
+  try {
+    result = Translate(run, report);
+    if (result.IsSuccess()) run.status = kAllTranslated;
+  } catch (const std::bad_alloc&) {
+    report.Fail(result, {}, "there is not enough memory for it");
+  } catch (const KOVAAllocException&) {
+    report.Fail(result, {}, "there is not enough memory for it");
+  } catch (const KOVAAbortException&) {
+    result = KOVAResultCode::kAborted;
+    report.Fail(result, {}, "its translation was stopped");
+  } catch (const KOVAException& failure) {
+    report.Fail(result, {}, "%s", toUtf8(failure.GetDiagnostic()).c_str());
+  } catch (const Gk_Exception& failure) {
+    report.Fail(result, {}, "%s", failure.getMessage() != nullptr ? failure.getMessage() : "?");
+  } catch (const KOVAArchiveException& failure) {
+    report.Fail(result, {}, "it is damaged (reason %d)", static_cast<int>(failure.GetReason()));
+  } catch (const std::exception& failure) {
+    failUnexpectedly(failure.what());
+  } catch (...) {
+    failUnexpectedly("an exception of an unknown kind");
+  }
+  if (result.IsFailure() && run.outbox.GetErrorCount() == 0) {
+    report.Fail(result, {}, "it cannot be translated: %s", result.GetMessage());
+  }
+  KOVAEndTranslationTaskEvent::Fire(result, false);
 
-  const std::string name = quoteText(target);
-  platform::OutputFile file;
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+  run.statistics.seconds = elapsed.count();
+  run.statistics.peakBytes = KOVAProcessUtils::GetPeakMemory();
+  run.statistics.warnings = run.outbox.GetWarningCount();
+  run.statistics.errors = run.outbox.GetErrorCount();
+}
+
+KOVAResult Translation::Translate(FileRun& run, const Report& report) const {
+  const Task& task = run.task;
+  if (!task.problem.empty()) {
+    return report.Fail(KOVAResultCode::kFailure, {}, "%s", task.problem.c_str());
+  }
+  Model model;
+  KOVAResult result = Read(run, report, model);
+  if (result.IsFailure()) return result;
+  KOVCConversionTaskEvent::Fire();
+  result = Convert(report, model);
+  KOVAEndTaskEvent::Fire(result, "Conversion", "Conversion", KOVAEventLevels::kMessage, true);
+  if (result.IsFailure()) return result;
+  if (_settings.statistics != Settings::Statistics::kNone || !task.preview.empty()) {
+    run.statistics.summary = translators::summarize(model);
+    run.statistics.unit = nameUnit(model.unit);
+  }
+  return _settings.isDryRun ? result : Write(run, report, model);
+}
+
+KOVAResult Translation::Read(FileRun& run, const Report& report, Model& model) const {
+  const Task& task = run.task;
+  if (task.input != "-") {
+    model.name = fromUtf8(std::filesystem::path(task.input).stem().string());
+  }
+  KOVAFileHandle file;
+  if (task.input != "-") file = KOVAFileHandle(new KOVAFile(KOVAFilePath(toPathText(task.input))));
+  const translators::ReadRequest request{
+      file, task.block.bytes.get(), task.block.count, report, _options, run.header, model};
+  KOVAStartReadFileTaskEvent::Fire(task.input == "-" ? task.name.c_str() : task.input.c_str());
+  KOVAResult result = KOVAResultCode::kFailure;
+  {
+    const KOVAFormatReaderHandle formatReader(
+        _translators.Get(*task.source).translator.createReader(&request));
+    ReaderHandle reader(new KOVAReader(formatReader));
+    result = readSections(*reader);
+    reader->ReleaseEntityReaders();
+  }
+  KOVAEndReadFileTaskEvent::Fire(result, &run.header);
+  return result;
+}
+
+KOVAResult Translation::Convert(const Report& report, Model& model) const {
+  KOVAStartPreprocessDocumentEvent::Fire(true);
+  KOVAResult result = Filter(report, model);
+  KOVAEndPreprocessDocumentEvent::Fire(result, true);
+  if (result.IsFailure()) return result;
+  KOVAStartPreprocessDocumentEvent::Fire(false);
+  result = changeUnit(report, model);
+  KOVAEndPreprocessDocumentEvent::Fire(result, false);
+  return result;
+}
+
+KOVAResult Translation::Filter(const Report& report, Model& model) const {
+  const bool isEmpty = model.instances.size() == 0;
+  if (!_settings.layers.empty()) {
+    translators::keepLayers(
+        model, KOVALayerFilterC(static_cast<int>(_settings.layers.size()), _settings.layers.data(),
+                                KOVAString(), true, KOVALayerFilterC::kDefaultType));
+    if (!isEmpty && model.instances.size() == 0) {
+      return report.Fail(KOVAResultCode::kFailure, {},
+                         "nothing in it is on the layers of --layers");
+    }
+  }
+  if (_settings.selections.empty()) return KOVAResultCode::kSuccess;
+  KOVASelectionSet selected("selected", true);
+  for (const std::string& pattern : _settings.selections) {
+    if (translators::select(model, fromUtf8(pattern), selected) == 0) {
+      return report.Fail(KOVAResultCode::kInvalidArgument, {}, "nothing in it is called %s",
+                         quoteText(pattern).c_str());
+    }
+  }
+  translators::keepSelected(model, selected);
+  return KOVAResultCode::kSuccess;
+}
+
+KOVAResult Translation::Write(const FileRun& run, const Report& report, const Model& model) const {
+  const Task& task = run.task;
   std::string reason;
-  if (!file.create(target, _settings.isForced, reason)) {
-    report.Fail(KOVAResultCode::kFileSaveError, {}, "%s cannot be written: %s", name.c_str(),
-                reason.c_str());
-    return false;
+  OutputFile output;
+  if (!output.Create(task.output, _settings.isForced, reason)) {
+    return failToWrite(report, task.output, reason);
   }
-  KOVAFileOutputStream stream(file.descriptor());
-  if (!writeTo(stream, name)) return false;
-  if (!file.commit(reason)) {
-    report.Fail(KOVAResultCode::kFileSaveError, {}, "%s cannot be written: %s", name.c_str(),
-                reason.c_str());
-    return false;
+  const KOVAString name =
+      task.output == "-" ? KOVAString("standard output") : toPathText(task.output);
+  KOVAStartWriteFileTaskEvent::Fire(KOVAFilePath(name));
+  const Report writerReport(nameOutput(task.output));
+  const translators::WriteRequest request{
+      KOVAFileHandle(new KOVAFile(KOVAFilePath(toPathText(output.GetPath())))), writerReport,
+      _options, model};
+  KOVAResult result = KOVAResultCode::kFailure;
+  {
+    std::optional<CreationGuard> guard(std::in_place);
+    const KOVAFormatWriterHandle formatWriter(
+        _translators.Get(*task.target).translator.createWriter(&request));
+    guard.reset();
+    WriterHandle writer(new KOVAWriter(formatWriter));
+    result = writeSections(*writer);
+    writer->ReleaseEntityWriters();
   }
-  return true;
-}
+  KOVAEndWriteFileTaskEvent::Fire(result, name);
+  if (result.IsFailure()) return result;
 
-std::string Translation::GetTarget(const std::string& input) const {
-  if (!_settings.output.empty()) return _settings.output;
-  if (input == "-") return "-";
-  std::filesystem::path target(input);
-  target.replace_extension(findFormat(_settings.format)->extension);
-  if (_settings.outputFolder.empty()) return target.string();
-  return (std::filesystem::path(_settings.outputFolder) / target.filename()).string();
-}
-
-bool Translation::MayWrite(const std::string& input, const std::string& target,
-                           FileReport& report) {
-  if (target == "-") return true;
-  std::error_code ignored;
-  if (input != "-" && std::filesystem::equivalent(input, target, ignored)) {
-    report.Fail(KOVAResultCode::kFileSaveError, {}, "its result would take its own place");
-    return false;
+  KOVAStartPostprocessDocumentEvent::Fire();
+  OutputFile picture;
+  if (!task.preview.empty()) {
+    result = drawPreview(run, _settings.isForced, report, model, picture);
   }
-  // Also with --force no result of this run may replace another one.
-  const auto [earlier, isFirst] = _targets.try_emplace(normalise(target), input);
-  std::error_code error;
-  const bool isRegular =
-      std::filesystem::is_regular_file(target, error) || !std::filesystem::exists(target, error);
-  if (!isFirst && isRegular) {
-    report.Fail(KOVAResultCode::kFileSaveError, {},
-                "its result %s would take the place of that of %s", quoteText(target).c_str(),
-                quoteText(earlier->second).c_str());
-    return false;
+  if (result.IsSuccess() && !output.Commit(reason)) {
+    result = failToWrite(report, task.output, reason);
   }
-  std::string reason;
-  if (platform::canCreateOutput(target, _settings.isForced, reason)) return true;
-  report.Fail(KOVAResultCode::kFileSaveError, {}, "%s cannot be written: %s",
-              quoteText(target).c_str(), reason.c_str());
-  return false;
-}
-
-const Translator* Translation::FindTranslator(const Format& format, FileReport& report) {
-  std::string problem;
-  const Translator* translator = _translators.Find(format, problem);
-  if (translator != nullptr) return translator;
-  // All places may not fit into one message.
-  report.Fail(KOVAResultCode::kNotSupported, {},
-              "there is no translator for '%s'; tried:", format.name);
-  _console.PrintError(problem);
-  return nullptr;
+  if (result.IsSuccess() && !task.preview.empty() && !picture.Commit(reason)) {
+    result = failToWrite(report, task.preview, reason);
+  }
+  KOVAEndPostprocessDocumentEvent::Fire(result);
+  return result;
 }
 
 }  // namespace kova::translate

@@ -1,42 +1,52 @@
 #pragma once
 
 #include "apps/kova-translate/CommandLine.h"
-#include "apps/kova-translate/Console.h"
+#include "apps/kova-translate/MessageBus.h"
+#include "apps/kova-translate/Plan.h"
 #include "apps/kova-translate/Statistics.h"
 #include "apps/kova-translate/TranslatorSet.h"
-
-#include <map>
-#include <string>
+#include "kovabase/foundation/KOVAResult.h"
+#include "kovabase/io/KOVAFileHeader.h"
+#include "kovabase/options/KOVAOptions.h"
 
 namespace kova::translate {
 
-/// Runs the translations of one call of the program, one file after the other.
+/// One file on its way through the program. Its job alone changes it until its outbox is closed;
+/// it must live until its events were heard, one of which refers to the header.
+struct FileRun {
+  explicit FileRun(const Task& theTask) : task(theTask) {}
+
+  const Task& task;
+  Outbox outbox;
+  KOVAFileHeader header;
+  Statistics statistics;
+  ExitStatus status = kInternal;
+};
+
+/// Translates one file after the other, or several at a time on several threads.
 class Translation {
  public:
-  /// All must live as long as the object.
-  Translation(const Settings& settings, TranslatorSet& translators, Console& console)
-      : _settings(settings), _translators(translators), _console(console) {}
+  /// All must live as long as the object and stay as they are; the translators that are needed are
+  /// loaded.
+  Translation(const Settings& settings, const KOVAOptions& options,
+              const TranslatorSet& translators)
+      : _settings(settings), _options(options), _translators(translators) {}
 
-  /// Translates one input. What goes wrong has been told when this returns.
-  /// @return whether the result stands where it belongs; in a dry run, whether it could.
-  bool Run(const std::string& input);
+  /// Reads, converts and writes the file of the run, and fills its statistics and its status. What
+  /// happens and what goes wrong is told by events. Throws nothing.
+  void Run(FileRun& run) const;
 
  private:
-  class FileReport;
-
-  bool Translate(const std::string& input, FileReport& report, Statistics& statistics);
-  bool Read(const std::string& input, const std::string& target, FileReport& report,
-            translators::Model& model);
-  bool Write(const std::string& target, FileReport& report, const translators::Model& model);
-  std::string GetTarget(const std::string& input) const;
-  bool MayWrite(const std::string& input, const std::string& target, FileReport& report);
-  const Translator* FindTranslator(const Format& format, FileReport& report);
+  KOVAResult Translate(FileRun& run, const translators::Report& report) const;
+  KOVAResult Read(FileRun& run, const translators::Report& report, translators::Model& model) const;
+  KOVAResult Convert(const translators::Report& report, translators::Model& model) const;
+  KOVAResult Filter(const translators::Report& report, translators::Model& model) const;
+  KOVAResult Write(const FileRun& run, const translators::Report& report,
+                   const translators::Model& model) const;
 
   const Settings& _settings;
-  TranslatorSet& _translators;
-  Console& _console;
-  // The results of this run, each with its input.
-  std::map<std::string, std::string> _targets;
+  const KOVAOptions& _options;
+  const TranslatorSet& _translators;
 };
 
 }  // namespace kova::translate

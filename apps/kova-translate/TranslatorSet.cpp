@@ -1,112 +1,101 @@
 #include "apps/kova-translate/TranslatorSet.h"
 
-#include "kovabase/platform/Environment.h"
-#include "kovabase/platform/Module.h"
-#include "kovabase/platform/Process.h"
+#include "apps/kova-translate/Text.h"
+#include "kovabase/files/KOVALibrary.h"
+#include "kovabase/options/KOVAProcessUtils.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <string_view>
 
 namespace kova::translate {
 
 namespace {
 
-template <typename Function>
-Function findFunction(void* module, const char* name) {
-  return reinterpret_cast<Function>(platform::findSymbol(module, name));
-}
+constexpr const char* kNumberFunction = "KOVATranslatorInterfaceNumber";
+constexpr const char* kInitializeFunction = "KOVATranslatorInitialize";
+constexpr const char* kFinalizeFunction = "KOVATranslatorFinalize";
+constexpr const char* kDescribeFunction = "KOVATranslatorDescribe";
+constexpr const char* kReaderFunction = "KOVATranslatorCreateReader";
+constexpr const char* kWriterFunction = "KOVATranslatorCreateWriter";
 
 }  // namespace
 
-Translator::~Translator() {
-  if (_finalize != nullptr) _finalize();
-  platform::closeModule(_module);
-}
-
-std::unique_ptr<Translator> Translator::Load(const std::string& path, std::string& reason) {
-  std::unique_ptr<Translator> loaded(new Translator);
-  loaded->_path = path;
-  loaded->_module = platform::openModule(path, reason);
-  if (loaded->_module == nullptr) return nullptr;
-
-  void* module = loaded->_module;
-  const auto getNumber = findFunction<decltype(&KOVATranslatorInterfaceNumber)>(
-      module, "KOVATranslatorInterfaceNumber");
-  if (getNumber == nullptr) {
-    reason = "it is not a translator: it has no function KOVATranslatorInterfaceNumber";
-    return nullptr;
-  }
-  const int number = getNumber();
-  if (number != translators::kInterfaceNumber) {
-    reason = "it was built for translator interface " + std::to_string(number) +
-             ", this program has interface " + std::to_string(translators::kInterfaceNumber);
-    return nullptr;
-  }
-  const auto initialize =
-      findFunction<decltype(&KOVATranslatorInitialize)>(module, "KOVATranslatorInitialize");
-  const auto finalize =
-      findFunction<decltype(&KOVATranslatorFinalize)>(module, "KOVATranslatorFinalize");
-  const auto describe =
-      findFunction<decltype(&KOVATranslatorDescribe)>(module, "KOVATranslatorDescribe");
-  if (initialize == nullptr || finalize == nullptr || describe == nullptr) {
-    reason =
-        std::string("it has no function ") + (initialize == nullptr ? "KOVATranslatorInitialize"
-                                              : finalize == nullptr ? "KOVATranslatorFinalize"
-                                                                    : "KOVATranslatorDescribe");
-    return nullptr;
-  }
-  initialize();
-  loaded->_finalize = finalize;
-  loaded->_description = describe();
-  loaded->_createReader =
-      findFunction<decltype(&KOVATranslatorCreateReader)>(module, "KOVATranslatorCreateReader");
-  loaded->_createWriter =
-      findFunction<decltype(&KOVATranslatorCreateWriter)>(module, "KOVATranslatorCreateWriter");
-  return loaded;
-}
-
-std::unique_ptr<translators::Reader> Translator::CreateReader() const {
-  return std::unique_ptr<translators::Reader>(_createReader != nullptr ? _createReader() : nullptr);
-}
-
-std::unique_ptr<translators::Writer> Translator::CreateWriter() const {
-  return std::unique_ptr<translators::Writer>(_createWriter != nullptr ? _createWriter() : nullptr);
-}
-
 TranslatorSet::TranslatorSet() {
-  std::string folders;
-  if (platform::readVariable("KOVA_TRANSLATORS", folders)) {
+  if (const char* const variable = std::getenv("KOVA_TRANSLATORS")) {
+    const std::string_view folders = variable;
     for (std::size_t start = 0; start <= folders.size();) {
       const std::size_t end = std::min(folders.find(':', start), folders.size());
-      if (end > start) _places.push_back(folders.substr(start, end - start) + "/");
+      if (end > start) {
+        KOVALibrary::AddDirectoryToPath(toPathText(folders.substr(start, end - start)));
+      }
       start = end + 1;
     }
   }
-  const std::string program = platform::programFolder();
-  if (!program.empty()) {
-    _places.push_back(program + "/../lib/");
-    _places.push_back(program + "/" KOVA_INSTALLED_TRANSLATORS "/");
-  }
-  // The name alone is looked for by the loader's own rules.
-  _places.emplace_back();
+  const KOVAString program = KOVAProcessUtils::GetProgramDirectory();
+  if (program.isEmpty()) return;
+  KOVALibrary::AddDirectoryToPath(program + "/../lib");
+  KOVALibrary::AddDirectoryToPath(program + "/" KOVA_INSTALLED_TRANSLATORS);
 }
 
-const Translator* TranslatorSet::Find(const Format& format, std::string& problem) {
+const TranslatorSet::Entry& TranslatorSet::Load(const Format& format) {
   const auto [at, isNew] = _entries.try_emplace(format.name);
-  Entry& entry = at->second;
-  if (isNew) {
-    const std::string name = std::string("libkova_") + format.name + ".so";
-    for (const std::string& place : _places) {
-      const std::string path = place + name;
-      std::string reason;
-      entry.translator = Translator::Load(path, reason);
-      if (entry.translator != nullptr) break;
-      // The loader begins its reasons with the name of the library.
-      if (reason.rfind(path + ": ", 0) == 0) reason.erase(0, path.size() + 2);
-      entry.problem.append("  ").append(path).append(": ").append(reason).append("\n");
-    }
+  if (isNew) Fill(at->second, format);
+  return at->second;
+}
+
+void TranslatorSet::Fill(Entry& entry, const Format& format) {
+  const KOVAString name = KOVAString("kova_") + format.name;
+  // Without its functions first: nothing in a library of another interface may be called but the
+  // number.
+  KOVALibrary probe(name, KOVAString(), KOVAString());
+  const bool isLoaded = probe.LoadAndInitialize(true).IsSuccess();
+  for (const KOVAString& place : probe.GetTriedPlaces()) entry.places.push_back(toUtf8(place));
+  if (!isLoaded) {
+    entry.reason = toUtf8(probe.GetLoadError());
+    return;
   }
-  if (entry.translator == nullptr) problem = entry.problem;
-  return entry.translator.get();
+  const auto find = [&](const char* functionName) -> void* {
+    void* function = nullptr;
+    probe.GetFunction(functionName, function);
+    if (function == nullptr) entry.reason = std::string("it has no function ") + functionName;
+    return function;
+  };
+  const auto getNumber =
+      reinterpret_cast<decltype(&KOVATranslatorInterfaceNumber)>(find(kNumberFunction));
+  if (getNumber == nullptr) {
+    entry.reason = std::string("it is not a translator: ") + entry.reason;
+    return;
+  }
+  const int number = getNumber();
+  if (number != translators::kInterfaceNumber) {
+    entry.reason = "it was built for translator interface " + std::to_string(number) +
+                   ", this program has interface " + std::to_string(translators::kInterfaceNumber);
+    return;
+  }
+  if (find(kInitializeFunction) == nullptr || find(kFinalizeFunction) == nullptr) return;
+  const auto describe =
+      reinterpret_cast<decltype(&KOVATranslatorDescribe)>(find(kDescribeFunction));
+  if (describe == nullptr) return;
+  Translator& translator = entry.translator;
+  if (format.isRead) {
+    translator.createReader =
+        reinterpret_cast<decltype(&KOVATranslatorCreateReader)>(find(kReaderFunction));
+    if (translator.createReader == nullptr) return;
+  }
+  if (format.isWritten) {
+    translator.createWriter =
+        reinterpret_cast<decltype(&KOVATranslatorCreateWriter)>(find(kWriterFunction));
+    if (translator.createWriter == nullptr) return;
+  }
+  // The same file once more, for the manager to hold: what was found above stays valid.
+  if (KOVAVexilLibrary(name, kInitializeFunction, kFinalizeFunction).Load().IsFailure()) {
+    entry.reason = "its initialisation has failed";
+    return;
+  }
+  translator.description = describe();
+  entry.path = entry.places.back();
+  entry.isUsable = true;
 }
 
 }  // namespace kova::translate

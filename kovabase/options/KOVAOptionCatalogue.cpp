@@ -2,8 +2,6 @@
 
 #include "kovabase/io/KOVAStreamFormatter.h"
 
-#include <array>
-
 namespace {
 
 using Variable = KOVAOptionCatalogue::Variable;
@@ -40,8 +38,22 @@ constexpr Variable kVariables[] = {
     {"VEX_NUM_THREADS", "one for each processor", "The number of workers of the thread pool."},
 };
 
-// Nothing reads an option of its own so far.
-constexpr std::array<Option, 0> kOptions{};
+constexpr Option kOptions[] = {
+    {"Obj.Write.Curves", "bool", "true",
+     "Whether curves are written, as lines, besides the faces."},
+    {"Ply.Write.Form", "string", "little",
+     "The form of PLY files: `little` or `big`, which are binary in that order of bytes, or "
+     "`ascii`."},
+    {"Step.Read.Angle", "double", "20",
+     "The most degrees that a curve turns from one of its chords to the next."},
+    {"Step.Read.Tolerance", "double", "0.01",
+     "The greatest distance between a curve and its chords, in millimetres."},
+    {"Stl.Write.Form", "string", "binary", "The form of STL files: `binary` or `ascii`."},
+    {"Translate.Unit", "string", "",
+     "The unit of length of what is written, such as `mm` or `inch`; empty for that of the model."},
+    {"Translate.UnitWhenUnspecified", "string", "",
+     "The unit of length of a model that names none; empty leaves its lengths as they are."},
+};
 
 }  // namespace
 
@@ -67,12 +79,6 @@ void KOVAOptionCatalogue::WriteMarkdown(KOVAStreamFormatter& formatter) {
                "overrides nothing. |"
             << KOVAEndLine << KOVAEndLine;
   formatter << "## Options" << KOVAEndLine << KOVAEndLine;
-  if (GetOptions().empty()) {
-    formatter << "None: neither the library nor its translators read an option of their own. "
-                 "Programs declare theirs with `KOVAOptionName`."
-              << KOVAEndLine;
-    return;
-  }
   formatter << "| Option | Type | Default | Meaning |" << KOVAEndLine;
   formatter << "|---|---|---|---|" << KOVAEndLine;
   for (const Option& option : GetOptions()) {

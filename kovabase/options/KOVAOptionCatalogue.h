@@ -34,7 +34,7 @@ class KOVABASE_API KOVAOptionCatalogue {
   /// Sorted by name. The variables that override options, "KOVA" and the option's name, are not
   /// among them.
   static std::span<const Variable> GetVariables() noexcept;
-  /// Sorted by name; empty as long as nothing reads an option of its own.
+  /// Sorted by name.
   static std::span<const Option> GetOptions() noexcept;
 
   /// Writes the page of all variables and options, in Markdown.

@@ -14,8 +14,4 @@ std::string programFolder();
 /// included (resident set size); 0 when the system does not tell.
 std::int64_t peakMemory();
 
-/// Takes the place of a standard stream that the process was started without, so that the next file
-/// that is opened does not become standard output by accident. Using such a stream still fails.
-void fillStandardStreams();
-
 }  // namespace kova::platform
