@@ -1,9 +1,11 @@
 # Runs a program in an empty folder and compares what it writes.
 #
-#   cmake -D PROGRAM=... -D FOLDER=... -D EXPECTED=... [-D ERRORS=...] [-D ARGUMENTS=a;b] -P RunExample.cmake
+#   cmake -D PROGRAM=... -D FOLDER=... -D EXPECTED=.../NAME.txt [-D ARGUMENTS=a;b] [-D STATUS=n]
+#         -P RunExample.cmake
 #
-# EXPECTED holds the standard output to the byte, ERRORS the standard error, which is empty without
-# that file. The program must end with 0. Settings of whoever runs the tests do not reach it.
+# NAME.txt holds the standard output to the byte, NAME_errors.txt beside it the standard error; without
+# that file there must be none. The program must end with 0, or with the given status. Settings of whoever
+# runs the tests do not reach it.
 
 file(REMOVE_RECURSE "${FOLDER}")
 file(MAKE_DIRECTORY "${FOLDER}")
@@ -20,15 +22,19 @@ execute_process(
   RESULT_VARIABLE status)
 
 set(failed FALSE)
-if(NOT status STREQUAL "0")
+if(NOT STATUS)
+  set(STATUS 0)
+endif()
+if(NOT status STREQUAL STATUS)
   message("${PROGRAM} ended with ${status}")
   set(failed TRUE)
 endif()
 
-if(NOT ERRORS)
-  set(ERRORS /dev/null)
+string(REGEX REPLACE "\\.txt$" "_errors.txt" errors "${EXPECTED}")
+if(NOT EXISTS "${errors}")
+  set(errors /dev/null)
 endif()
-foreach(pair "${EXPECTED};output.txt" "${ERRORS};errors.txt")
+foreach(pair "${EXPECTED};output.txt" "${errors};errors.txt")
   list(GET pair 0 expected)
   list(GET pair 1 actual)
   execute_process(COMMAND diff -u "${expected}" "${FOLDER}/${actual}" RESULT_VARIABLE differs)
