@@ -77,6 +77,8 @@ Outcome Workshop::Shell(const std::string& commandLine) const {
 }
 
 void Workshop::Set(const std::string& name, const std::string& value) {
+  std::erase_if(_environment,
+                [&](const std::string& entry) { return entry.starts_with(name + "="); });
   _environment.push_back(name + "=" + value);
 }
 

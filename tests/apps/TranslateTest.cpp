@@ -1,8 +1,6 @@
 // Runs kova-translate as its users do: as a process, on real files.
 
 #include "tests/apps/Program.h"
-#include "tests/translators/ReaderFixture.h"
-#include "translators/stl/StlReader.h"
 
 #include <array>
 #include <chrono>
@@ -12,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
+#include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -65,6 +64,11 @@ TEST_F(TranslateTest, TranslatesToTheGoldenFile) {
   EXPECT_EQ(Translate({"-"}, Golden("tetrahedron.stl")).output, Golden("tetrahedron.obj"));
   EXPECT_EQ(_workshop.Shell("cat a.stl | $TRANSLATE -o c.obj -").status, 0);
   EXPECT_EQ(_workshop.ReadFile("c.obj"), Golden("tetrahedron.obj"));
+  // Without an extension that tells the format the content does.
+  _workshop.WriteFile("mesh.dat", Golden("tetrahedron.stl"));
+  EXPECT_EQ(Translate({"-o", "-", "mesh.dat"}).output, Golden("tetrahedron.obj"));
+  EXPECT_EQ(_workshop.Shell("$TRANSLATE -o - -t ply a.stl | $TRANSLATE -").output,
+            Golden("tetrahedron.obj"));
 }
 
 TEST_F(TranslateTest, StatisticsAsTextAndAsJson) {
@@ -81,8 +85,7 @@ TEST_F(TranslateTest, StatisticsAsTextAndAsJson) {
             "{\"file\": \"bad.stl\", \"parts\": 0, \"instances\": 0, \"edges\": 0, \"triangles\": "
             "0, \"edge_length\": 0, \"box\": null, \"unit\": null, SOME, \"warnings\": 0, "
             "\"errors\": 1}\n");
-  EXPECT_EQ(run.errors,
-            "kova-translate: error: 'bad.stl', line 2: the file ends where 'normal' is expected\n");
+  EXPECT_EQ(run.errors, "Error : 'bad.stl', line 2: the file ends where 'normal' is expected\n");
   EXPECT_EQ(_workshop.List().size(), 2U);
 
   run = _workshop.Shell(
@@ -102,11 +105,34 @@ TEST_F(TranslateTest, WrongUsageIsExplained) {
       {{"-x", "a.stl"}, "unknown option '-x'"},
       {{"--stats=xml", "a.stl"}, "--stats is 'xml'; it can be 'text' or 'json'"},
       {{"-t", "objj", "a.stl"},
-       "unknown format 'objj'; did you mean 'obj'? Formats that can be written: obj"},
-      {{"-t", "stl", "a.stl"},
-       "the format 'stl' can only be read. Formats that can be written: obj"},
+       "unknown format 'objj'; did you mean 'obj'? Formats that can be written: obj, ply, stl"},
+      {{"-t", "step", "a.stl"},
+       "the format 'step' can only be read. Formats that can be written: obj, ply, stl"},
       {{"-o", "b.xyz", "a.stl"},
-       "the name 'b.xyz' does not tell the format to write; give --to (obj)"},
+       "the name 'b.xyz' does not tell the format to write; give --to (obj, ply, stl)"},
+      {{"--progress=bar", "a.stl"}, "--progress is 'bar'; it can be 'auto', 'none' or 'json'"},
+      {{"-l", "warnin", "a.stl"},
+       "--log-level is 'warnin'; it can be a number, debug, test, verbose, message, info, warning, "
+       "error or assert; did you mean 'warning'?"},
+      {{"--layers", "1,x", "a.stl"},
+       "--layers takes numbers from 0 on, divided by commas, not 'x'"},
+      {{"-j", "0", "a.stl"}, "--jobs: Value 0 not in range 1 to 1024"},
+      {{"-s", "=1", "a.stl"}, "--set takes NAME=VALUE, not '=1'"},
+      {{"-s", "Step.Read.Tolerence=1", "a.stl"},
+       "there is no option 'Step.Read.Tolerence'; did you mean 'Step.Read.Tolerance'?"},
+      {{"-s", "Tolerance=fine", "a.stl"}, "the value 'fine' of 'Step.Read.Tolerance' is no double"},
+      {{"--tolerance", "-1", "a.stl"},
+       "the value of 'Step.Read.Tolerance' is -1; it must be above 0 and at most 1e+06"},
+      {{"-s", "Stl.Write.Form=text", "a.stl"},
+       "the value of 'Stl.Write.Form' is 'text'; it can be binary or ascii"},
+      {{"-u", "parsec", "a.stl"},
+       "the unit 'parsec' is unknown; units are mm, cm, deci, m, km, um, nm, in, ft, mi, mil, uin "
+       "and their names"},
+      {{"-c", "none.cfg", "a.stl"},
+       "the configuration file 'none.cfg' cannot be read: No such file or directory"},
+      {{"--log-dir", "none", "a.stl"},
+       "the log 'none/vexil_read.log' cannot be written: No such file or directory"},
+      {{"--preview", "-", "a.stl"}, "--preview needs the name of a file"},
       {{"-o", "b.obj", "a.stl", "c.stl"},
        "--output takes the result of one INPUT; use --output-dir for several"},
       {{"-o", "b.obj", "-d", ".", "a.stl"}, "--output and --output-dir exclude each other"},
@@ -120,8 +146,16 @@ TEST_F(TranslateTest, WrongUsageIsExplained) {
   EXPECT_EQ(Translate({"--version"}).output, "kova-translate " KOVA_VERSION "\n");
   const Outcome help = Translate({"--help"});
   EXPECT_EQ(help.status, 0);
-  for (const char* option : {"--output FILE", "--output-dir FOLDER", "--to FORMAT", "--stats",
-                             "--list", "--dry-run", "--force", "--version", "--help"}) {
+  for (const char* option : {"--output FILE",      "--output-dir FOLDER",
+                             "--to FORMAT",        "--unit UNIT",
+                             "--config FILE",      "--set NAME=VALUE",
+                             "--jobs N",           "--tolerance MM",
+                             "--layers NUMBERS",   "--select NAME",
+                             "--preview FILE.svg", "--stats",
+                             "--progress KIND",    "--log-level LEVEL",
+                             "--log-dir FOLDER",   "--list",
+                             "--options",          "--env",
+                             "--dry-run",          "--force"}) {
     EXPECT_NE(help.output.find(option), std::string::npos) << option;
   }
   EXPECT_TRUE(_workshop.List().empty());
@@ -136,7 +170,7 @@ TEST_F(TranslateTest, BadInputIsNamedAndLeavesNothing) {
   _workshop.WriteFile("promise.stl", promise);
   _workshop.WriteFile("text.stl", "This is no mesh.\n");
   _workshop.WriteFile("esc\x1B[2J\n.stl", "solid\nnonsense");
-  _workshop.WriteFile("model.xyz", "");
+  _workshop.WriteFile("model.xyz", "nothing");
   const std::vector<std::string> before = _workshop.List();
   const std::pair<const char*, const char*> cases[] = {
       {"none.stl", "'none.stl': it cannot be opened: No such file or directory"},
@@ -151,10 +185,11 @@ TEST_F(TranslateTest, BadInputIsNamedAndLeavesNothing) {
       {"esc\x1B[2J\n.stl",
        "'esc\\x1B[2J\\x0A.stl', line 2: 'facet' or 'endsolid' is expected, not 'nonsense'"},
       {"model.xyz",
-       "'model.xyz': its name does not end like that of a format that can be read (stl)"},
+       "'model.xyz': neither its name nor its content is that of a format that can be read (ply, "
+       "step, stl)"},
   };
   for (const auto& [input, message] : cases) {
-    Fails(Translate({input}), 1, std::string("kova-translate: error: ") + message + "\n");
+    Fails(Translate({input}), 1, std::string("Error : ") + message + "\n");
   }
   EXPECT_EQ(_workshop.List(), before);
 
@@ -174,9 +209,9 @@ TEST_F(TranslateTest, UnreadableFilesAndFolders) {
   std::filesystem::create_directory(_workshop.Path("closed"));
   chmod(_workshop.Path("closed").c_str(), 0500);
   Fails(Translate({"secret.stl"}), 1,
-        "kova-translate: error: 'secret.stl': it cannot be opened: Permission denied\n");
+        "Error : 'secret.stl': it cannot be opened: Permission denied\n");
   Fails(Translate({"-d", "closed", "a.stl"}), 1,
-        "kova-translate: error: 'a.stl': 'closed/a.obj' cannot be written: Permission denied\n");
+        "Error : 'a.stl': 'closed/a.obj' cannot be written: Permission denied\n");
 }
 
 TEST_F(TranslateTest, ResultsThatExistAreKeptUnlessForced) {
@@ -185,7 +220,7 @@ TEST_F(TranslateTest, ResultsThatExistAreKeptUnlessForced) {
   chmod(_workshop.Path("kept").c_str(), 0640);
   std::filesystem::create_symlink("kept", _workshop.Path("a.obj"));
   const std::string refusal =
-      "kova-translate: error: 'a.stl': 'a.obj' cannot be written: it exists already; --force "
+      "Error : 'a.stl': 'a.obj' cannot be written: it exists already; --force "
       "replaces it\n";
   Fails(Translate({"a.stl"}), 1, refusal);
   Fails(Translate({"--dry-run", "a.stl"}), 1, refusal);
@@ -200,29 +235,32 @@ TEST_F(TranslateTest, ResultsThatExistAreKeptUnlessForced) {
   EXPECT_EQ(information.st_mode & 0777U, 0640U);
 
   Fails(Translate({"--force", "--to=obj", "-o", "./a.stl", "a.stl"}), 1,
-        "kova-translate: error: 'a.stl': its result would take its own place\n");
+        "Error : 'a.stl': its result would take its own place\n");
   Fails(Translate({"-d", "none", "a.stl"}), 1,
-        "kova-translate: error: 'a.stl': 'none/a.obj' cannot be written: there is no folder "
+        "Error : 'a.stl': 'none/a.obj' cannot be written: there is no folder "
         "'none'\n");
   std::filesystem::create_directory(_workshop.Path("b"));
   _workshop.WriteFile("b/a.stl", Golden("tetrahedron.stl"));
   Fails(Translate({"--force", "-d", "b", "a.stl", "b/a.stl"}), 1,
-        "kova-translate: error: 'b/a.stl': its result 'b/a.obj' would take the place of that of "
+        "Error : 'b/a.stl': its result 'b/a.obj' would take the place of that of "
         "'a.stl'\n");
+  Fails(Translate({"--force", "-t", "stl", "-d", "b", "b/a.stl", "a.stl"}), 1,
+        "Error : 'b/a.stl': its result would take its own place\n"
+        "Error : 'a.stl': its result 'b/a.stl' would take the place of the input 'b/a.stl'\n");
 }
 
 TEST_F(TranslateTest, WhatCannotBeWrittenIsAFailure) {
   ASSERT_EQ(_workshop.Shell("$GENERATE a.stl").status, 0);
   Outcome run = _workshop.Shell("ulimit -f 8; $TRANSLATE a.stl");
   EXPECT_EQ(run.errors,
-            "kova-translate: error: 'a.stl': 'a.obj' cannot be written: File too large\n");
+            "Error : 'a.obj': it cannot be written: the system did not take all of it\n");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(_workshop.List(), std::vector<std::string>{"a.stl"});
 
   run = _workshop.Shell("$TRANSLATE -o - a.stl >&-");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.errors,
-            "kova-translate: error: 'a.stl': standard output cannot be written: Bad file "
+            "Error : 'a.stl': standard output cannot be written: Bad file "
             "descriptor\n");
   // A closed standard output must not become the file that is opened next.
   EXPECT_EQ(_workshop.Shell("$TRANSLATE --stats -o b.obj a.stl >&-").status, 1);
@@ -237,7 +275,13 @@ TEST_F(TranslateTest, WhatCannotBeWrittenIsAFailure) {
 }
 
 TEST_F(TranslateTest, SignalsLeaveNothingBehind) {
-  ASSERT_EQ(_workshop.Shell("$GENERATE --shape knot --triangles 400000 a.stl").status, 0);
+  std::filesystem::create_directory(_workshop.Path("temporary"));
+  _workshop.Set("TMPDIR", _workshop.Path("temporary"));
+  ASSERT_EQ(_workshop
+                .Shell("$GENERATE --shape knot --triangles 200000 1.stl && "
+                       "for i in 2 3 4 5 6 7 8; do ln 1.stl $i.stl; done")
+                .status,
+            0);
   const std::vector<std::string> before = _workshop.List();
   for (const auto& [signal, status] : {std::pair(SIGINT, 130), std::pair(SIGTERM, 143)}) {
     bool isCaught = false;
@@ -245,10 +289,11 @@ TEST_F(TranslateTest, SignalsLeaveNothingBehind) {
       const pid_t child = fork();
       if (child == 0) {
         if (chdir(_workshop.Path(".").c_str()) != 0) _exit(126);
-        execl(KOVA_TRANSLATE, "kova-translate", "--force", "a.stl", nullptr);
+        execl(KOVA_TRANSLATE, "kova-translate", "-j4", "--force", "--preview", "view.svg", "1.stl",
+              "2.stl", "3.stl", "4.stl", "5.stl", "6.stl", "7.stl", "8.stl", nullptr);
         _exit(127);
       }
-      // As soon as its result has begun.
+      // As soon as a result has begun.
       int ended = 0;
       while (_workshop.List().size() == before.size() && waitpid(child, &ended, WNOHANG) == 0) {
         std::this_thread::sleep_for(std::chrono::microseconds(200));
@@ -256,20 +301,26 @@ TEST_F(TranslateTest, SignalsLeaveNothingBehind) {
       kill(child, signal);
       if (waitpid(child, &ended, 0) == child && WIFEXITED(ended) && WEXITSTATUS(ended) != 0) {
         EXPECT_EQ(WEXITSTATUS(ended), status);
-        EXPECT_EQ(_workshop.List(), before);
         isCaught = true;
       }
-      std::filesystem::remove(_workshop.Path("a.obj"));
+      // Results that were complete may stand.
+      for (int i = 1; i <= 8; ++i) {
+        const std::string number = std::to_string(i);
+        std::filesystem::remove(_workshop.Path(number + ".obj"));
+        std::filesystem::remove(_workshop.Path("view-" + number + ".svg"));
+      }
+      EXPECT_EQ(_workshop.List(), before);
     }
     EXPECT_TRUE(isCaught);
   }
+  EXPECT_TRUE(std::filesystem::is_empty(_workshop.Path("temporary")));
 }
 
 TEST_F(TranslateTest, MissingTranslatorsAreListedWithTheirReasons) {
   const Outcome healthy = Translate({"--list"});
   EXPECT_EQ(healthy.status, 0);
   EXPECT_NE(healthy.output.find("obj, written: Wavefront OBJ"), std::string::npos);
-  EXPECT_NE(healthy.output.find("stl, read: stereolithography meshes"), std::string::npos);
+  EXPECT_NE(healthy.output.find("stl, read, written: stereolithography meshes"), std::string::npos);
 
   // A copy of the program without translators beside it, and folders with bad ones.
   _workshop.WriteFile("a.stl", Golden("tetrahedron.stl"));
@@ -283,45 +334,44 @@ TEST_F(TranslateTest, MissingTranslatorsAreListedWithTheirReasons) {
   std::filesystem::create_directories(_workshop.Path("torn"));
   _workshop.WriteFile("torn/libkova_stl.so", "not a library");
   _workshop.Set("KOVA_TRANSLATORS", "torn::old");
+  // The first file of the name decides.
   const Outcome run = _workshop.Start({"bin/kova-translate", "a.stl"});
   EXPECT_EQ(run.status, 1);
-  const std::string bin = std::filesystem::canonical(_workshop.Path("bin")).string();
-  EXPECT_EQ(run.errors,
-            "kova-translate: error: 'a.stl': there is no translator for 'stl'; tried:\n"
-            "  torn/libkova_stl.so: file too short\n"
-            "  old/libkova_stl.so: it was built for translator interface 99, this program has "
-            "interface 1\n  " +
-                bin +
-                "/../lib/libkova_stl.so: cannot open shared object file: No such file or "
-                "directory\n  " +
-                bin +
-                "/../lib/kovabase/libkova_stl.so: cannot open shared object file: No such "
-                "file or directory\n"
-                "  libkova_stl.so: cannot open shared object file: No such file or "
-                "directory\n");
+  EXPECT_NE(run.errors.find("Error : 'a.stl': there is no translator for 'stl': " +
+                            _workshop.Path("torn/libkova_stl.so") +
+                            ": file too short; --list tells every place that was tried\n"),
+            std::string::npos)
+      << run.errors;
   const Outcome list = _workshop.Start({"bin/kova-translate", "--list"});
   EXPECT_EQ(list.status, 0);
-  EXPECT_NE(list.output.find("stl: not found; tried\n  torn/libkova_stl.so: file too short\n"),
+  EXPECT_NE(
+      list.output.find("stl: no translator: " + _workshop.Path("torn/libkova_stl.so") +
+                       ": file too short\n  tried " + _workshop.Path("torn/libkova_stl.so") + "\n"),
+      std::string::npos)
+      << list.output;
+  EXPECT_NE(list.output.find("obj: no translator: libkova_obj.so: cannot open shared object file: "
+                             "No such file or directory\n  tried " +
+                             _workshop.Path("torn/libkova_obj.so") + "\n  tried " +
+                             _workshop.Path("old/libkova_obj.so") + "\n"),
             std::string::npos)
       << list.output;
+  _workshop.Set("KOVA_TRANSLATORS", "old");
+  EXPECT_NE(
+      _workshop.Start({"bin/kova-translate", "a.stl"})
+          .errors.find("there is no translator for 'stl': " + _workshop.Path("old/libkova_stl.so") +
+                       ": it was built for translator interface 99, this program has"),
+      std::string::npos);
 }
 
 // The coordinates of all corners in the order of the triangles.
-std::vector<double> readStl(const std::string& bytes) {
-  using namespace kova::translators;
-  MemorySource source(bytes);
-  Model model;
-  RecordingReport report;
-  const KOVAResult result = StlReader().Read(source, model, report);
-  EXPECT_TRUE(result.IsSuccess()) << (report.errors.empty() ? "" : report.errors[0]);
+std::vector<double> readStl(const Workshop& workshop, const std::string& file) {
+  const Outcome run =
+      workshop.Shell("$TRANSLATE -t stl -s Stl.Write.Form=ascii -o - " + file + " | grep vertex");
+  std::istringstream text(run.output);
   std::vector<double> coordinates;
-  for (const Part& part : model.parts) {
-    for (const Triangle& triangle : part.mesh.triangles) {
-      for (const std::uint32_t corner : triangle.corners) {
-        const Point& point = part.mesh.vertices[static_cast<int>(corner)];
-        coordinates.insert(coordinates.end(), {point.x, point.y, point.z});
-      }
-    }
+  std::string word;
+  for (double x = 0, y = 0, z = 0; text >> word >> x >> y >> z;) {
+    coordinates.insert(coordinates.end(), {x, y, z});
   }
   return coordinates;
 }
@@ -333,12 +383,12 @@ TEST_F(TranslateTest, AnotherReaderFindsTheSameTriangles) {
   }
   ASSERT_EQ(_workshop.Shell("$GENERATE --shape gear,knot --ascii a.stl && $TRANSLATE a.stl").status,
             0);
-  const std::vector<double> ours = readStl(_workshop.ReadFile("a.stl"));
+  const std::vector<double> ours = readStl(_workshop, "a.stl");
   ASSERT_EQ(ours.size(), 9U * 25572U);
   for (const char* form : {"stl", "stlb"}) {
     const std::string file = std::string("back-") + form + ".stl";
     ASSERT_EQ(_workshop.Shell("assimp export a.obj " + file + " -f" + form).status, 0);
-    const std::vector<double> theirs = readStl(_workshop.ReadFile(file));
+    const std::vector<double> theirs = readStl(_workshop, file);
     ASSERT_EQ(theirs.size(), ours.size()) << form;
     for (std::size_t i = 0; i < ours.size(); ++i) ASSERT_NEAR(theirs[i], ours[i], 1e-3) << i;
   }
@@ -347,7 +397,7 @@ TEST_F(TranslateTest, AnotherReaderFindsTheSameTriangles) {
 TEST(Generate, MeshesAreClosedAndLookOutwards) {
   const Workshop workshop;
   ASSERT_EQ(workshop.Shell("$GENERATE --shape gear,knot a.stl").status, 0);
-  const std::vector<double> corners = readStl(workshop.ReadFile("a.stl"));
+  const std::vector<double> corners = readStl(workshop, "a.stl");
   using Corner = std::array<double, 3>;
   const auto at = [&](std::size_t i) {
     return Corner{corners[3 * i], corners[3 * i + 1], corners[3 * i + 2]};
