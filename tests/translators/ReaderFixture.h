@@ -7,6 +7,7 @@
 #include "kovabase/translation/KOVAReader.h"
 #include "kovabase/translation/KOVAWriter.h"
 #include "translators/interface/Translator.h"
+#include "translators/model/Placement.h"
 
 #include <algorithm>
 #include <cmath>
@@ -150,6 +151,36 @@ inline bool isSound(const Model& model) {
     }
   }
   return true;
+}
+
+/// The corners of all triangles where the instances put them, in the sense of rotation that shows
+/// the outside.
+inline std::vector<Point> collectCorners(const Model& model) {
+  std::vector<Point> corners;
+  for (const Instance& instance : model.instances) {
+    const Placement placement(instance.placement);
+    const bool isMirror = placement.IsMirror();
+    for (const Mesh& mesh : model.parts[instance.part].meshes) {
+      for (const auto& [triangle] : mesh.triangles) {
+        for (const std::uint32_t corner :
+             {triangle[0], triangle[isMirror ? 2 : 1], triangle[isMirror ? 1 : 2]}) {
+          corners.push_back(placement(mesh.vertices[static_cast<int>(corner)]));
+        }
+      }
+    }
+  }
+  return corners;
+}
+
+/// Whether the points are the same in single precision.
+inline bool areSameFloats(const std::vector<Point>& left, const std::vector<Point>& right) {
+  const auto isSame = [](double a, double b) {
+    return static_cast<float>(a) == static_cast<float>(b);
+  };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](const Point& a, const Point& b) {
+                      return isSame(a.x, b.x) && isSame(a.y, b.y) && isSame(a.z, b.z);
+                    });
 }
 
 /// A file of its own that is gone afterwards.

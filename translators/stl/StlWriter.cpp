@@ -41,11 +41,6 @@ Vector getNormal(const Point& a, const Point& b, const Point& c) {
   return {n.x / length + 0.0, n.y / length + 0.0, n.z / length + 0.0};
 }
 
-Point round(const Point& point) {
-  return {double{static_cast<float>(point.x)}, double{static_cast<float>(point.y)},
-          double{static_cast<float>(point.z)}};
-}
-
 void appendFloat(char*& to, double value) {
   const std::uint32_t bits = std::bit_cast<std::uint32_t>(static_cast<float>(value));
   for (int i = 0; i < 4; ++i) *to++ = static_cast<char>(bits >> (8 * i) & 0xFF);
@@ -196,9 +191,9 @@ KOVAResult StlWriter::WriteMesh(const Mesh& mesh, const Instance& instance,
 void StlWriter::WriteBinary(const Mesh& mesh, const PlacedPoints& points, bool isMirror) {
   ByteOutput& output = *_output;
   for (const Triangle& triangle : mesh.triangles) {
-    const Point a = round(points[triangle.corners[0]]);
-    const Point b = round(points[triangle.corners[isMirror ? 2 : 1]]);
-    const Point c = round(points[triangle.corners[isMirror ? 1 : 2]]);
+    const Point& a = points[triangle.corners[0]];
+    const Point& b = points[triangle.corners[isMirror ? 2 : 1]];
+    const Point& c = points[triangle.corners[isMirror ? 1 : 2]];
     const Vector normal = getNormal(a, b, c);
     // Without attributes.
     char record[stlBinary::kTriangleBytes] = {};
