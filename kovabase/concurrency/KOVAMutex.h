@@ -24,6 +24,7 @@ class KOVABASE_API KOVAMutex {
   KOVAMutex& operator=(const KOVAMutex&) = delete;
   ~KOVAMutex();
 
+  /// Waits until no other thread holds the mutex.
   void Acquire() noexcept;
   void Release() noexcept;
 

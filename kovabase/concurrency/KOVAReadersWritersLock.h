@@ -45,8 +45,10 @@ class KOVABASE_API KOVAReadersWritersLock {
   KOVAReadersWritersLock& operator=(const KOVAReadersWritersLock&) = delete;
   ~KOVAReadersWritersLock();
 
+  /// Waits until no writer is inside.
   void AcquireReadLock() noexcept;
   void ReleaseReadLock() noexcept;
+  /// Waits until nobody is inside.
   void AcquireWriteLock() noexcept;
   void ReleaseWriteLock() noexcept;
 

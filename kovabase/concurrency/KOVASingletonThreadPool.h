@@ -16,6 +16,7 @@ class KOVABASE_API KOVASingletonThreadPool {
   /// exception is reported as an error event.
   class KOVABASE_API ThreadInitializerCallback_t {
    public:
+    /// On the worker, before its first job and after its last one.
     virtual void ThreadStart() = 0;
     virtual void ThreadEnd() = 0;
     virtual ~ThreadInitializerCallback_t();

@@ -66,6 +66,7 @@ class KOVABASE_API KOVADynamicArray : public KOVAArrayFreeCallback {
 
   int size() const noexcept { return _header->count; }
 
+  /// Whether there is an element at `index`.
   bool isValidIndex(int index) const noexcept {
     return static_cast<unsigned>(index) < static_cast<unsigned>(_header->count);
   }

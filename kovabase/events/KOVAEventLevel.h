@@ -6,6 +6,7 @@ typedef int KOVAEventLevel;
 
 namespace KOVAEventLevels {
 
+/// For developers, for tests that look for a text, and for progress in detail.
 inline constexpr KOVAEventLevel kDebug = 10;
 inline constexpr KOVAEventLevel kTest = 20;
 inline constexpr KOVAEventLevel kVerbose = 30;

@@ -59,6 +59,7 @@ class KOVABASE_API KOVAThirdPartyProgressEvent : public KOVCEvent {
 
   static void Fire(double progress);
 
+  /// In the component's own scale.
   void GetProgress(double& progress) const noexcept { progress = _progress; }
 
   KOVCEvent* Clone() const override;

@@ -30,6 +30,7 @@ class KOVABASE_API KOVATrace {
   /// indentation included. A null format does nothing.
   void Printf(KOVATraceLevel level, const char* format, ...) const KOVABASE_PRINTF(3, 4);
 
+  /// One level deeper, one level back; for all traces of the process.
   static void Tab() noexcept { _KOVATraceTab.fetch_add(1, std::memory_order_relaxed); }
   static void Untab() noexcept { _KOVATraceTab.fetch_sub(1, std::memory_order_relaxed); }
 

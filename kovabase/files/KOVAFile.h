@@ -18,6 +18,7 @@ class KOVABASE_API KOVAFile : public KOVAReferenceCount {
 
   const KOVAFilePath& GetPath() const noexcept { return _path; }
 
+  /// Whether a file can be opened for reading; see KOVAFilePath::DoesFileExist.
   bool DoesExist() const { return _path.DoesFileExist(); }
   /// Whether there is a file that is no directory, pipe, socket or device. Nobody waits.
   bool IsRegular() const;

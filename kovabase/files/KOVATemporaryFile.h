@@ -24,6 +24,7 @@ class KOVABASE_API KOVATemporaryFile {
   /// Does what Terminate does.
   ~KOVATemporaryFile();
 
+  /// Where the file is, or will be when it is first opened.
   void GetPath(KOVAFilePath& path) const;
 
   /// Closes an open stream and opens the file.

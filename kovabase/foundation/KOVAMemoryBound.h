@@ -25,4 +25,5 @@ KOVABASE_API void* KOVAMemoryBoundAllocate(unsigned size) noexcept;
 /// Takes a block back; ignores null and what a failed allocation gave.
 KOVABASE_API void KOVAMemoryBoundFree(void* block) noexcept;
 
+/// The counters of the process, which go on counting.
 KOVABASE_API const KOVAMemoryBoundCounters& KOVAMemoryBoundGetCounters() noexcept;

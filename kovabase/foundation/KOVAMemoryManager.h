@@ -9,6 +9,7 @@
 /// change while blocks are outstanding. Any thread may allocate; the type is set at start-up.
 class KOVABASE_API KOVAMemoryManager {
  public:
+  /// Where blocks come from.
   enum AllocationType : int {
     kHeap = 0,
     /// The kernel's heap; while there is no kernel that is ready for use, the runtime's.
@@ -17,6 +18,7 @@ class KOVABASE_API KOVAMemoryManager {
 
   KOVAMemoryManager() = delete;
 
+  /// Selects the heap, at start-up.
   static void Initialize(AllocationType type) noexcept { SetAllocType(type); }
   /// Leaves everything as it is.
   static void Shutdown() noexcept {}

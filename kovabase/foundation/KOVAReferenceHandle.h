@@ -45,6 +45,7 @@ class KOVABASE_API KOVAReferenceHandle {
   /// False without a target.
   bool IsLastCall() const noexcept { return _target != nullptr && _target->IsLastCall(); }
 
+  /// Null without a target.
   KOVAReferenceCount* target() const noexcept { return _target; }
 
  private:

@@ -5,10 +5,14 @@
 /// bits 16-23 the domain, bits 0-15 the number. The texts are those of `KOVAResult::GetMessage`.
 namespace KOVAResultCode {
 
+/// All is done.
 inline constexpr int kSuccess = 0x00000000;
+/// Some of it is done: see `KOVAResult::operator|=`.
 inline constexpr int kPartialSuccess = 0x00000001;
+/// Done, and there was nothing to do.
 inline constexpr int kNoEntityToTranslate = 0x00000002;
 inline constexpr int kNoTranslatableGeometry = 0x00000003;
+/// The failures, from the general one to those that say what is wrong.
 inline constexpr int kFailure = 0x01000001;
 /// Also the type mismatch of typed values and the unknown unit of the unit functions.
 inline constexpr int kErrorEncountered = 0x01000002;
@@ -37,7 +41,9 @@ inline constexpr int kWindowNotAllocated = 0x01000051;
 inline constexpr int kWindowSizeUndefined = 0x01000053;
 inline constexpr int kWindowReadNothing = 0x01000054;
 inline constexpr int kWindowReadFailed = 0x01000055;
+/// The user wanted it so.
 inline constexpr int kAborted = 0x02000003;
+/// Nobody has decided yet.
 inline constexpr int kUndetermined = 0x03000006;
 
 }  // namespace KOVAResultCode

@@ -6,6 +6,7 @@
 /// object and all its holders belong to one thread at a time.
 class KOVABASE_API KOVAUseCounted {
  public:
+  /// Called by a holder that takes the object up.
   void AddRef() const noexcept { _count = static_cast<int>(static_cast<unsigned>(_count) + 1U); }
 
   /// Deletes the object, which must have come from `new`, when the count falls to 0.

@@ -36,6 +36,7 @@ class KOVABASE_API KOVAAffine {
   /// Exact.
   bool IsIdentity() const;
 
+  /// Negative for a map that mirrors.
   double Determinant() const;
   /// The cofactor: the determinant without that row and column, with the sign of its position in a
   /// chessboard. 0 when an index is out of range.
@@ -47,6 +48,7 @@ class KOVABASE_API KOVAAffine {
   bool GetTranspose(KOVAAffine& transpose) const;
   void Transpose();
 
+  /// The map that leaves all points where they are.
   void MakeIdentity();
   /// Sets every element to `value`.
   void Initialize(double value);

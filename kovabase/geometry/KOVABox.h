@@ -28,6 +28,7 @@ class KOVABASE_API KOVABox {
   using Point = std::conditional_t<kDimension == 2, KOVAPoint2D, KOVAPoint3D>;
   using Morph = std::conditional_t<kDimension == 2, KOVAMorph2D, KOVAMorph3D>;
 
+  /// Corners of a box: 4 or 8.
   static constexpr int kCornerCount = 1 << kDimension;
 
   /// The empty box.
@@ -36,15 +37,18 @@ class KOVABASE_API KOVABox {
   /// @param corner, opposite  any two corners that face each other.
   KOVABox(const Point& corner, const Point& opposite) : KOVABox(corner) { Extend(opposite); }
 
+  /// An empty box has no points; its corners mean nothing.
   void SetToEmpty();
   bool IsEmpty() const;
 
+  /// Makes the box hold the point as well. A coordinate that is NaN extends nothing.
   void Extend(const Point& point) {
     const double* const coordinates = point.GetStoredCoordinates();
     for (int axis = 0; axis < kDimension; ++axis) {
       ExtendAxis(axis, coordinates[axis], coordinates[axis]);
     }
   }
+  /// By the other box; an empty one extends nothing.
   void Extend(const KOVABox& box);
   /// Extends by `count` points that lie one behind the other, coordinate by coordinate, with the
   /// same result as point by point to the bit. Null or a count of 0 does nothing.

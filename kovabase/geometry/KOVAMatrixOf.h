@@ -28,6 +28,7 @@ class KOVAMatrixOf {
         _vSize(std::max(vSize, 0)),
         _elements(countElements(_uSize, _vSize), value) {}
 
+  /// Rows and columns.
   int uSize() const { return _uSize; }
   int vSize() const { return _vSize; }
 

@@ -30,6 +30,7 @@ class KOVABASE_API KOVAMorph {
   /// True when the determinant of the linear part is negative.
   bool isMirror() const;
 
+  /// Makes this the placement that moves nothing.
   virtual void SetToIdentity() = 0;
 
   /// Multiplies the translation by the scale and makes the scale 1. It works once: the morph and

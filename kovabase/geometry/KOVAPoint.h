@@ -74,6 +74,7 @@ class KOVABASE_API KOVAPoint : public KOVAReferenceCount {
   const double* GetStoredCoordinates() const { return _coordinates; }
 
  protected:
+  /// The most coordinates of a point.
   static constexpr int kMaxDimension = 3;
 
   /// A double of the calling thread, set to 0 by this call.

@@ -23,7 +23,9 @@ class KOVABASE_API KOVAPoint2D : public KOVAPointArithmetic<KOVAPoint2D, 2> {
 
   const char* GetName() override;
 
+  /// A point of its own, which no handle holds.
   KOVAPoint2D Copy() const { return *this; }
+  /// Adds the offset to this point.
   void Shift(const KOVAPoint2D& offset) { *this += offset; }
   /// A copy of length 1; the point itself when its length is exactly 0.
   KOVAPoint2D Normalize() const;

@@ -24,7 +24,9 @@ class KOVABASE_API KOVAPoint3D : public KOVAPointArithmetic<KOVAPoint3D, 3> {
 
   const char* GetName() override;
 
+  /// A point of its own, which no handle holds.
   KOVAPoint3D Copy() const { return *this; }
+  /// Adds the offset to this point.
   void Shift(const KOVAPoint3D& offset) { *this += offset; }
   /// A copy of length 1; the point itself when its length is exactly 0.
   KOVAPoint3D Normalize() const;

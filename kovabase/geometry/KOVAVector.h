@@ -21,6 +21,7 @@ class KOVABASE_API KOVAVector {
     return index >= 0 && index < 3 ? _components[index] : GetScratch();
   }
 
+  /// The Euclidean length.
   double Magnitude() const;
 
   /// Makes the vector 1 long. One that is at most 1e-14 long (the single-precision value, widened),

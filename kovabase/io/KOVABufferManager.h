@@ -42,6 +42,7 @@ class KOVABASE_API KOVABufferManager : public KOVAReferenceCount {
   /// @return Failure, nothing changed, unless 0 <= position < size of the data.
   virtual KOVAResult AdvancePointerPosition(long position) = 0;
 
+  /// Whether the byte at the position is in the window.
   bool IsPointerPositionValid(long position) const noexcept {
     return position >= _windowStart && position < _windowEnd;
   }

@@ -29,6 +29,7 @@ class KOVABASE_API KOVADefaultBinaryBuffer : public KOVADefaultBuffer {
   void SetEndianness(KOVAEndianMode mode) noexcept { _endianMode = mode; }
   KOVAEndianMode GetEndianness() const noexcept { return _endianMode; }
 
+  /// Read one value of the type's own size.
   KOVAResult ReadByte(unsigned char& value) { return ReadBytes(&value, 1); }
   KOVAResult ReadInt(int& value) { return ReadValue(value); }
   KOVAResult ReadULngInt(unsigned int& value) { return ReadValue(value); }
@@ -66,6 +67,7 @@ class KOVABASE_API KOVADefaultBinaryBuffer : public KOVADefaultBuffer {
   /// Reverses `count` bytes in place; nothing for null or count < 2.
   static void MirrorBuffer(int count, unsigned char* bytes) noexcept;
 
+  /// Write one value of the type's own size, or `count` of them.
   KOVAResult WriteByte(unsigned char value) { return WriteBytes(&value, 1); }
   KOVAResult WriteInt(int value) { return WriteValue(value); }
   KOVAResult WriteULngInt(unsigned int value) { return WriteValue(value); }

@@ -30,6 +30,7 @@ class KOVABASE_API KOVADefaultBuffer : public KOVABuffer {
   long GetSize() const override;
   KOVAResult PeekBytes(long offset, int count, unsigned char* destination) override;
 
+  /// Whether the byte at the position is in the window.
   bool IsPointerPositionValid(long position) const;
   bool IsBufferValid() const;
 

@@ -24,6 +24,7 @@ class KOVABASE_API KOVAOption {
   KOVAOption(const KOVAOptionName& name, double value, bool isPrivate = false);
   KOVAOption(const KOVAOptionName& name, bool value, bool isPrivate = false);
 
+  /// Values and type stay. @return Success.
   KOVAResult ChangeName(const KOVAString& name);
 
   /// These read the option; NotInitialized when it has no type.

@@ -12,6 +12,7 @@ class KOVABASE_API KOVAOptionUtils {
  public:
   KOVAOptionUtils() = delete;
 
+  /// The current value, converted as `KOVAOption::GetValue` does.
   static bool GetBoolValue(const KOVAOption* option);
   static double GetDoubleValue(const KOVAOption* option);
   static int GetIntValue(const KOVAOption* option);

@@ -64,6 +64,7 @@ class KOVABASE_API KOVAOptions {
   /// The number of successful additions, replacements included.
   int GetCount() const noexcept { return _count; }
 
+  /// Destroys all options; pointers to them are void then. @return Success.
   KOVAResult RemoveAll();
 
   /// Adds the keys of a configuration file that stand before its first section. A key whose name

@@ -13,6 +13,7 @@ class KOVAStreamFormatter;
 /// One value belongs to one thread at a time. It survives a move of its bytes.
 class KOVABASE_API KOVAValue {
  public:
+  /// What a value is; the numbers are fixed.
   enum KOVAValueType : int {
     kUnknown = 0,
     kDouble = 1,
@@ -72,6 +73,7 @@ class KOVABASE_API KOVAValue {
   }
   KOVAResult GetValue(KOVAString& value) const;
 
+  /// @return Success.
   KOVAResult GetValueType(KOVAValueType& type) const noexcept {
     type = _type;
     return KOVAResultCode::kSuccess;

@@ -11,6 +11,7 @@ class KOVABASE_API Gk_RWString : public Gk_ROString {
   Gk_RWString(const Gk_ROString& other) : Gk_ROString(other) {}
   Gk_RWString(Gk_ROString&& other) noexcept : Gk_ROString(static_cast<Gk_ROString&&>(other)) {}
 
+  /// Null appends nothing.
   Gk_RWString& append(const char* text);
   /// The first `length` bytes of `text`.
   Gk_RWString& append(const char* text, int length);

@@ -10,6 +10,7 @@ class KOVABASE_API KOVAFloatUtil {
 
   KOVAFloatUtil() = delete;
 
+  /// Whether the value is not a number.
   static bool IsNaN(double value) noexcept;
   /// Plus or minus infinity.
   static bool IsInfinite(double value) noexcept;

@@ -18,6 +18,7 @@ enum class CodepageKind;
 /// of their own thread instead, and are never disturbed by what is set on a shared one.
 class KOVABASE_API KOVAStringCodepageConverter {
  public:
+  /// The one registry; made at the first call and never destroyed.
   static KOVAStringCodepageConverter& Instance();
 
   KOVAStringCodepageConverter(const KOVAStringCodepageConverter&) = delete;

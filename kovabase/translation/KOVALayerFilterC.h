@@ -33,6 +33,7 @@ class KOVABASE_API KOVALayerFilterC {
   KOVAResult Set(int count, const int* layers, const KOVAString& name, bool current,
                  eLayerFilterType type);
 
+  /// @return Success.
   KOVAResult GetNumLayers(int& count) const;
 
   /// @return Failure with `layer` -1 for an index outside 0 .. count - 1.
@@ -44,6 +45,7 @@ class KOVABASE_API KOVALayerFilterC {
   /// An empty text takes the name away.
   KOVAResult SetName(const KOVAString& name);
 
+  /// Whether this is the model's current filter. @return Success.
   KOVAResult IsCurrent(bool& current) const;
   KOVAResult SetCurrent(bool current);
 

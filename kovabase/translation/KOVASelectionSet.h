@@ -33,8 +33,10 @@ class KOVABASE_API KOVASelectionSet {
   /// @return Failure for null.
   KOVAResult AddMember(void* object);
 
+  /// False for null.
   bool IsMember(void* object) const;
 
+  /// The number of members.
   int SelectionSetLength() const;
 
   KOVAString GetName() const;

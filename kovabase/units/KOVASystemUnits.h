@@ -12,6 +12,7 @@ KOVABASE_API KOVAResult get_sending_system_unit(KOVAUnit& unit);
 /// The model unit when unset.
 KOVABASE_API KOVAResult get_receiving_system_unit(KOVAUnit& unit);
 
+/// Any number is taken as it is.
 KOVABASE_API KOVAResult set_sending_system_unit(KOVAUnit unit);
 KOVABASE_API KOVAResult set_receiving_system_unit(KOVAUnit unit);
 /// Sets what `unit` points to; null unsets.

@@ -5,6 +5,7 @@
 
 class KOVAString;
 
+/// The units of mass.
 enum KOVAMassUnit : int {
   KOVAMassUnitUnknown = 0,
   KOVAMassUnitModel = 1,
@@ -20,6 +21,7 @@ enum KOVAMassUnit : int {
   KOVAMassUnitPoundForceSecondSquaredPerInch = 10,
 };
 
+/// The units of temperature.
 enum KOVATemperatureUnit : int {
   KOVATemperatureUnitUnknown = 0,
   KOVATemperatureUnitModel = 1,
@@ -28,6 +30,7 @@ enum KOVATemperatureUnit : int {
   KOVATemperatureUnitKelvin = 4,
 };
 
+/// The units of time.
 enum KOVATimeUnit : int {
   KOVATimeUnitUnknown = 0,
   KOVATimeUnitModel = 1,
