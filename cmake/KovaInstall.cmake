@@ -99,3 +99,5 @@ foreach(name IN LISTS _kova_pc_files)
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
     COMPONENT Development)
 endforeach()
+
+include(KovaGdb)
