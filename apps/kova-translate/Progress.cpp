@@ -64,8 +64,12 @@ void ProgressDisplay::ShowLine() {
                 _runs->size(), run.outbox.IsWriting() ? "writing" : "reading");
   std::string line = start + run.task.name;
   // Without the last column, in which some terminals go to the next line.
-  const auto most = static_cast<std::size_t>(_columns - 1);
-  if (line.size() > most) line.resize(most);
+  auto most = static_cast<std::size_t>(_columns - 1);
+  if (line.size() > most) {
+    // Not inside a character of several bytes.
+    while (most > 0 && (static_cast<unsigned char>(line[most]) & 0xC0) == 0x80) --most;
+    line.resize(most);
+  }
   Clear();
   _console.PrintError(line);
   _console.FlushErrors();

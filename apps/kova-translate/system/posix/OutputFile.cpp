@@ -27,7 +27,18 @@ std::atomic<bool> isEnding{false};
 
 constexpr int kHandledSignals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr timespec kMillisecond{0, 1000000};
-constexpr int kMostWaits = 100;
+constexpr long kLongestWait = 60;  // milliseconds
+
+long getMilliseconds() {
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * 1000 + now.tv_nsec / 1000000;
+}
+
+// What fails from now on fails because the outputs go.
+void stopWhenEnding() {
+  while (isEnding) pause();
+}
 
 std::string wordsOf(int error) {
   const char* const words = strerrordesc_np(error);
@@ -215,7 +226,8 @@ OutputFile::Slot* OutputFile::TakeSlot(const std::string& path) {
 
 void OutputFile::RemoveAllAndExit(int signal) {
   isEnding = true;
-  for (int waits = 0; creatingThreads != 0 && waits < kMostWaits; ++waits) {
+  const long latest = getMilliseconds() + kLongestWait;
+  while (creatingThreads != 0 && getMilliseconds() < latest) {
     nanosleep(&kMillisecond, nullptr);
   }
   for (const Slot* slot = Slot::first; slot != nullptr; slot = slot->next) {
@@ -237,7 +249,7 @@ CreationGuard::CreationGuard() {
   ++creatingThreads;
   if (!isEnding) return;
   --creatingThreads;
-  for (;;) pause();
+  stopWhenEnding();
 }
 
 CreationGuard::~CreationGuard() {
@@ -305,6 +317,7 @@ bool OutputFile::Commit(std::string& reason) {
       _slot = nullptr;
     }
   }
+  if (error != 0) stopWhenEnding();
   if (error == EEXIST) {
     reason = "it exists already; --force replaces it";
   } else if (error != 0) {
