@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Puts what a header declares into the group of its folder, for Doxygen.
 
-Writes the header to standard output with as many lines as it has. A comment stands for all
+Writes the header to standard output, each declaration in its line. A comment stands for all
 overloads of one name that follow it line after line, as in
 
     /// Set the current value.
     KOVAResult SetValue(int value);
     KOVAResult SetValue(double value);
 
-so these become a group of members whose description is shared.
+and one that begins with "These", "Both" or "All" for all declarations up to the next comment or
+blank line; so each of them gets a copy. A comment with blank lines around it is about the header.
+Quoted texts with backslashes become code.
 
 Usage: group_header.py HEADER
 """
@@ -18,8 +20,6 @@ import re
 import sys
 
 NAME = re.compile(r"\b(operator\s*(?:\(\)|[^\s(]+|[\w:]+)|~?\w+)\s*\(")
-DECLARATION = re.compile(r"^\s*(?:template\b|explicit\b|virtual\b|static\b|friend\b|\[\[|[A-Z]*KOVA|Gk_|KOV|"
-                         r"void\b|bool\b|int\b|double\b|float\b|unsigned\b|const\b|std::|extern\b|long\b|char\b)")
 
 
 def statements(lines, start):
@@ -56,7 +56,8 @@ def statements(lines, start):
     return found
 
 
-def with_member_groups(lines):
+def with_copies(lines):
+    """The lines with comments copied to, and opened for, what they stand for."""
     out = list(lines)
     at = 0
     while at < len(lines):
@@ -66,28 +67,30 @@ def with_member_groups(lines):
         first = at
         while at < len(lines) and lines[at].lstrip().startswith("///"):
             at += 1
-        parameters = re.findall(r"@param (\w+)", "\n".join(lines[first:at]))
+        if at < len(lines) and not lines[at].strip() and first > 0 and not lines[first - 1].strip():
+            # About the whole header; the blank line above it has room for the command.
+            out[first - 1] = "/// @file"
+            continue
+        comment = [line.lstrip()[3:].strip() or "<p>" for line in lines[first:at]]
+        parameters = re.findall(r"@param (\w+)", " ".join(comment))
+        speaks_for_all = re.match(r"(These|Both|All|In all of these)\b", comment[0]) is not None
         run = statements(lines, at)
-        same = []
-        for statement in run:
-            name, text = statement[2:]
-            is_copy = re.search(rf"\b{re.escape(name)}\((const {re.escape(name)}&|{re.escape(name)}&&)\s*\w*\)", text)
+        for begin, _, name, text in run[1:]:
             lacks = any(not re.search(rf"\b{parameter}\b", text) for parameter in parameters)
-            if name != run[0][2] or (same and (is_copy or lacks)):
+            is_copy = re.search(rf"\b{re.escape(name)}\((const )?{re.escape(name)}&&? ?\w*\)", text)
+            if lacks or is_copy or (name != run[0][2] and not speaks_for_all):
                 break
-            same.append(statement)
-        if len(same) > 1:
-            indent = re.match(r"\s*", lines[first])[0]
-            out[first] = f"{indent}/** @{{ */ " + out[first].lstrip()
-            out[same[-1][1]] = out[same[-1][1]] + " /** @} */"
+            indent = re.match(r"\s*", lines[begin])[0]
+            out[begin] = f"{indent}/** {' '.join(comment)} */ {lines[begin].lstrip()}"
     return out
 
 
 def escaped(line):
-    """Texts in comments have backslashes that are no commands; those are spelled with '@'."""
+    """Backslashes in comments are no commands; those are spelled with '@'."""
     code, mark, comment = line.partition("///")
     if not mark:
         return line
+    comment = re.sub(r'"([^"`\s]*\\[^"`\s]*)"', r"`\1`", comment)
     spans = re.split(r"(`[^`]*`)", comment)
     return code + mark + "".join(s if s.startswith("`") else s.replace("\\", "\\\\") for s in spans)
 
@@ -95,7 +98,7 @@ def escaped(line):
 def main():
     path = pathlib.Path(sys.argv[1])
     lines = path.read_text(encoding="utf-8").splitlines()
-    lines = with_member_groups([escaped(line) for line in lines])
+    lines = with_copies([escaped(line) for line in lines])
     group = path.parent.name
     for number, line in enumerate(lines):
         if line.startswith("#pragma once"):
