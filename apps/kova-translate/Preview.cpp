@@ -248,7 +248,7 @@ class Styles {
     const auto [found, isNew] = _numbers.try_emplace(key, static_cast<int>(_colours.size()));
     if (isNew) {
       _colours.push_back(isOwn ? getPartColour(instance.part % kParts)
-                               : SeenColour::FromColour(Unpack(key)));
+                               : Soften(SeenColour::FromColour(Unpack(key))));
       _areOwn.push_back(isOwn);
     }
     return found->second;
@@ -283,6 +283,14 @@ class Styles {
  private:
   static constexpr int kParts = 64;
   static constexpr std::size_t kMostColours = 64;
+
+  /// The pure colours that files like to have are too loud side by side.
+  static SeenColour Soften(const SeenColour& colour) {
+    constexpr double kStrongest = 0.17;
+    const double strength = std::hypot(colour.greenRed, colour.blueYellow);
+    const double share = strength > kStrongest ? kStrongest / strength : 1.0;
+    return {colour.lightness, colour.greenRed * share, colour.blueYellow * share};
+  }
 
   bool IsColour(int index) const { return _model.colours.isValidIndex(index); }
 
