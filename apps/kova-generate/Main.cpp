@@ -1,15 +1,13 @@
-// Writes sample meshes as STL files: closed surfaces of the project's own making, the same bytes
-// on every run.
+// Writes sample models: closed meshes as STL or PLY files, and a gear train as a STEP file. All of
+// the project's own making, and the same bytes on every run.
 
+#include "apps/kova-generate/MeshFile.h"
 #include "apps/kova-generate/Shapes.h"
+#include "apps/kova-generate/StepAssembly.h"
 #include "kovabase/io/KOVAFileOutputStream.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <charconv>
-#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -20,16 +18,6 @@ namespace {
 using kova::generate::Facet;
 using kova::generate::Point3D;
 using kova::generate::Shape;
-
-Point3D normalOf(const Facet& facet) {
-  const auto& [a, b, c] = facet;
-  const Point3D u{b.x - a.x, b.y - a.y, b.z - a.z};
-  const Point3D v{c.x - a.x, c.y - a.y, c.z - a.z};
-  const Point3D n{u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
-  const double length = std::sqrt(n.x * n.x + n.y * n.y + n.z * n.z);
-  if (length == 0) return {0, 0, 0};
-  return {n.x / length, n.y / length, n.z / length};
-}
 
 // Moves each shape to the right of the one before.
 void placeSideBySide(std::vector<Shape>& shapes) {
@@ -52,95 +40,83 @@ void placeSideBySide(std::vector<Shape>& shapes) {
   }
 }
 
-void writeUnsigned(KOVAOutputStream& stream, std::uint32_t value, int bytes) {
-  char text[4];
-  for (int i = 0; i < bytes; ++i) text[i] = static_cast<char>(value >> (8 * i) & 0xFF);
-  stream.Write(text, static_cast<std::size_t>(bytes));
-}
-
-void writeBinary(KOVAOutputStream& stream, const std::vector<Shape>& shapes) {
-  std::size_t facets = 0;
-  for (const Shape& shape : shapes) facets += shape.facets.size();
-  std::string comment = "solid in spite of this word a binary file, made by kova-generate";
-  comment.resize(80, ' ');
-  stream.Write(comment.data(), comment.size());
-  writeUnsigned(stream, static_cast<std::uint32_t>(facets), 4);
-  for (const Shape& shape : shapes) {
-    for (const Facet& facet : shape.facets) {
-      for (const Point3D& point : {normalOf(facet), facet[0], facet[1], facet[2]}) {
-        for (const double value : {point.x, point.y, point.z}) {
-          writeUnsigned(stream, std::bit_cast<std::uint32_t>(static_cast<float>(value)), 4);
-        }
-      }
-      writeUnsigned(stream, 0, 2);
-    }
+// The name behind the last '/' up to its last '.', and what follows that in lower case.
+void splitName(const std::string& path, std::string& name, std::string& extension) {
+  name = path.substr(path.rfind('/') + 1);
+  const std::size_t dot = name.rfind('.');
+  extension.clear();
+  if (dot == std::string::npos) return;
+  for (const char c : name.substr(dot + 1)) {
+    extension += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   }
-}
-
-void writeAsciiPoint(KOVAOutputStream& stream, const char* keyword, const Point3D& point) {
-  stream.Write(keyword);
-  for (const double value : {point.x, point.y, point.z}) {
-    std::array<char, 32> text;
-    text[0] = ' ';
-    // Adding zero leaves no negative zero.
-    const float number = static_cast<float>(value) + 0.0F;
-    const char* end = std::to_chars(text.data() + 1, text.data() + text.size(), number,
-                                    std::chars_format::scientific)
-                          .ptr;
-    stream.Write(text.data(), static_cast<std::size_t>(end - text.data()));
-  }
-  stream.Write("\n");
-}
-
-void writeAscii(KOVAOutputStream& stream, const std::vector<Shape>& shapes) {
-  for (const Shape& shape : shapes) {
-    stream.Write(("solid " + shape.name + "\n").c_str());
-    for (const Facet& facet : shape.facets) {
-      writeAsciiPoint(stream, "  facet normal", normalOf(facet));
-      stream.Write("    outer loop\n");
-      for (const Point3D& point : facet) writeAsciiPoint(stream, "      vertex", point);
-      stream.Write("    endloop\n  endfacet\n");
-    }
-    stream.Write(("endsolid " + shape.name + "\n").c_str());
-  }
+  name.resize(dot);
 }
 
 int run(int count, char** arguments) {
   std::vector<std::string> names{"gear"};
   std::string path;
+  std::string format;
   std::uint64_t triangles = 20000;
   int teeth = 24;
   bool isAscii = false;
-  CLI::App app("Writes sample meshes as STL files.", "kova-generate");
-  app.add_option("-s,--shape", names, "Shapes to write, side by side; gear if none is given")
+  int repeats = 1;
+  double megabytes = 0;
+  CLI::App app("Writes sample models: meshes as STL or PLY, an assembly as STEP.", "kova-generate");
+  app.add_option("-f,--format", format, "What to write; the extension of FILE tells, else STL")
+      ->check(CLI::IsMember({"stl", "ply", "step"}));
+  app.add_option("FILE", path, "The file to write")->required();
+  app.add_option("-s,--shape", names, "Shapes of a mesh, side by side; gear if none is given")
       ->check(CLI::IsMember({"gear", "knot"}))
-      ->delimiter(',');
+      ->delimiter(',')
+      ->group("Meshes");
   app.add_option("-n,--triangles", triangles, "Triangles of a knot")
       ->check(CLI::Range(100U, 100000000U))
-      ->capture_default_str();
+      ->capture_default_str()
+      ->group("Meshes");
   app.add_option("--teeth", teeth, "Teeth of a gear")
       ->check(CLI::Range(8, 200))
-      ->capture_default_str();
-  app.add_flag("--ascii", isAscii, "Write ASCII STL with a solid for each shape, not binary");
-  app.add_option("FILE", path, "The file to write")->required();
+      ->capture_default_str()
+      ->group("Meshes");
+  app.add_flag("--ascii", isAscii, "Write text, in STL with a solid for each shape, not binary")
+      ->group("Meshes");
+  app.add_option("-r,--repeat", repeats, "How often to write the assembly, side by side")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str()
+      ->group("Assembly");
+  app.add_option("-m,--megabytes", megabytes, "Repeat until the file has so many million bytes")
+      ->check(CLI::Range(0.0, 1000000.0))
+      ->group("Assembly");
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
 
-  std::vector<Shape> shapes;
-  shapes.reserve(names.size());
-  for (const std::string& name : names) {
-    shapes.push_back(name == "gear" ? kova::generate::makeGear(teeth)
-                                    : kova::generate::makeKnot(triangles));
+  std::string name;
+  std::string extension;
+  splitName(path, name, extension);
+  if (format.empty()) {
+    format = extension == "stp" || extension == "step" ? "step"
+             : extension == "ply"                      ? "ply"
+                                                       : "stl";
   }
-  placeSideBySide(shapes);
   KOVAFileOutputStream stream(path.c_str());
-  if (isAscii) {
-    writeAscii(stream, shapes);
+  if (format == "step") {
+    kova::generate::writeGearTrain(stream, name, repeats,
+                                   static_cast<std::uint64_t>(megabytes * 1e6));
   } else {
-    writeBinary(stream, shapes);
+    std::vector<Shape> shapes;
+    shapes.reserve(names.size());
+    for (const std::string& shape : names) {
+      shapes.push_back(shape == "gear" ? kova::generate::makeGear(teeth)
+                                       : kova::generate::makeKnot(triangles));
+    }
+    placeSideBySide(shapes);
+    if (format == "ply") {
+      kova::generate::writePly(stream, shapes, isAscii);
+    } else {
+      kova::generate::writeStl(stream, shapes, isAscii);
+    }
   }
   if (stream.Close().IsFailure()) {
     std::fprintf(stderr, "kova-generate: '%s' cannot be written: %s\n", path.c_str(),
