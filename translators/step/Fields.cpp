@@ -21,7 +21,9 @@ Fields::Fields(Document& document, RecordNumber record, const char* list)
 void Fields::Fail(const char* wanted) {
   if (_hasFailed) return;
   _hasFailed = true;
-  _document.Complain(_record, "parameter " + std::to_string(_position + 1) + " is no " + wanted);
+  const bool isMissing = _parameters.IsAtEnd();
+  _document.Complain(_record, "parameter " + std::to_string(_position + 1) +
+                                  (isMissing ? " is missing" : std::string(" is no ") + wanted));
 }
 
 bool Fields::IsLeftOut() const {
@@ -30,8 +32,8 @@ bool Fields::IsLeftOut() const {
 }
 
 Fields& Fields::Skip(int count) {
-  for (; count > 0 && HasMore(); --count) {
-    _parameters.Skip();
+  for (; count > 0; --count) {
+    if (HasMore()) _parameters.Skip();
     ++_position;
   }
   return *this;

@@ -12,6 +12,8 @@ namespace kova::translators::step {
 namespace {
 
 constexpr std::size_t kShownWordBytes = 80;
+// As "#1=A();" has.
+constexpr std::size_t kLeastRecordBytes = 8;
 
 // A keyword as it may stand in a message.
 std::string shorten(std::string_view word) {
@@ -131,47 +133,39 @@ std::size_t Troubles::Count(const std::string& kind, std::size_t offset) {
   return found->second;
 }
 
-void Document::IndexRecords() {
-  const RecordNumber count = _records.GetCount();
-  std::uint64_t highest = 0;
-  const auto getId = [this](RecordNumber number) {
-    std::uint64_t id = 0;
-    _records[number].GetId(id);
-    return id;
-  };
-  for (RecordNumber i = 0; i < count; ++i) highest = std::max(highest, getId(i));
-  constexpr std::uint64_t kSlotsPerRecord = 4;
-  constexpr std::uint64_t kFewSlots = 4096;
-  if (highest < count * kSlotsPerRecord + kFewSlots) {
-    _byId.assign(static_cast<std::size_t>(highest + 1), 0);
-    for (RecordNumber i = 0; i < count; ++i) {
-      RecordNumber& slot = _byId[static_cast<std::size_t>(getId(i))];
-      if (slot == 0) {
-        slot = i + 1;
-      } else {
-        ComplainOfDuplicate(i, slot - 1);
-      }
-    }
+void Document::AddRecord(const KOVABufferHandle& buffer, std::uint64_t id, std::uint32_t offset,
+                         Keyword keyword, bool isComplex) {
+  const RecordNumber number = _records.GetCount();
+  _records.Add(buffer, *this, offset, keyword, isComplex);
+  if (id >= _text.size() / kLeastRecordBytes) {
+    _byLargeId.emplace_back(id, number);
     return;
   }
-  _sorted.reserve(count);
-  for (RecordNumber i = 0; i < count; ++i) _sorted.emplace_back(getId(i), i);
-  std::sort(_sorted.begin(), _sorted.end());
-  for (std::size_t i = 1; i < _sorted.size(); ++i) {
-    if (_sorted[i].first == _sorted[i - 1].first) {
-      ComplainOfDuplicate(_sorted[i].second, Find(_sorted[i].first));
+  const std::size_t index = static_cast<std::size_t>(id);
+  if (index >= _byId.size()) _byId.resize(index + 1, 0);
+  if (_byId[index] == 0) {
+    _byId[index] = number + 1;
+  } else {
+    ComplainOfDuplicate(number, _byId[index] - 1);
+  }
+}
+
+void Document::FinishRecords() {
+  std::sort(_byLargeId.begin(), _byLargeId.end());
+  for (std::size_t i = 1; i < _byLargeId.size(); ++i) {
+    if (_byLargeId[i].first == _byLargeId[i - 1].first) {
+      ComplainOfDuplicate(_byLargeId[i].second, Find(_byLargeId[i].first));
     }
   }
 }
 
 RecordNumber Document::Find(std::uint64_t id) const {
-  if (!_byId.empty()) {
-    if (id >= _byId.size()) return kNoRecord;
+  if (id < _byId.size()) {
     return _byId[static_cast<std::size_t>(id)] - 1;  // none becomes kNoRecord
   }
   const auto found =
-      std::lower_bound(_sorted.begin(), _sorted.end(), std::pair(id, RecordNumber{0}));
-  return found != _sorted.end() && found->first == id ? found->second : kNoRecord;
+      std::lower_bound(_byLargeId.begin(), _byLargeId.end(), std::pair(id, RecordNumber{0}));
+  return found != _byLargeId.end() && found->first == id ? found->second : kNoRecord;
 }
 
 const char* Document::GetList(RecordNumber record) const {

@@ -172,8 +172,11 @@ class Document {
   std::string_view GetText() const { return _text; }
 
   RecordStore& GetRecords() { return _records; }
-  /// Makes the records known by their ids. To be called once, when all are there.
-  void IndexRecords();
+  /// Adds a record. Of two records with one id the first holds.
+  void AddRecord(const KOVABufferHandle& buffer, std::uint64_t id, std::uint32_t offset,
+                 Keyword keyword, bool isComplex);
+  /// To be called once, when all records are there: from then on they are found.
+  void FinishRecords();
   /// @return kNoRecord when the file does not define it.
   RecordNumber Find(std::uint64_t id) const;
 
@@ -214,10 +217,10 @@ class Document {
   const Report& _report;
   std::string_view _text;
   RecordStore _records;
-  /// Record number + 1 by id, when ids are dense.
+  /// Record number + 1 by id, for ids that are not much larger than there can be records.
   std::vector<RecordNumber> _byId;
-  /// By id, when they are not.
-  std::vector<std::pair<std::uint64_t, RecordNumber>> _sorted;
+  /// The others, sorted.
+  std::vector<std::pair<std::uint64_t, RecordNumber>> _byLargeId;
   Troubles _troubles;
 };
 

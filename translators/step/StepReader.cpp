@@ -118,7 +118,7 @@ class StepFormatReader : public KOVAFormatReader {
       _document.GetRecords().Clear();
       return FailSyntax(*_scanner);
     }
-    _document.IndexRecords();
+    _document.FinishRecords();
     RecordStore& records = _document.GetRecords();
     _fileInfoSections.add(new RecordSection(records, 0, records.GetCount(), true));
     RecordNumber first = 0;
@@ -156,7 +156,6 @@ class StepFormatReader : public KOVAFormatReader {
 
   bool ScanData(Progress& progress) {
     Scanner& scanner = *_scanner;
-    RecordStore& records = _document.GetRecords();
     if (!scanner.IsAtEnd() && *scanner.GetPosition() == '(' && !scanner.SkipParameters(false)) {
       return false;
     }
@@ -181,11 +180,11 @@ class StepFormatReader : public KOVAFormatReader {
       const bool isComplex = word.empty();
       const char* const list = scanner.GetPosition();
       if (!scanner.SkipParameters(isComplex) || !scanner.Expect(';')) return false;
-      records.Add(_buffer, _document, static_cast<std::uint32_t>(offset),
-                  isComplex ? findComplexKeyword(list) : findKeyword(word), isComplex);
+      _document.AddRecord(_buffer, id, static_cast<std::uint32_t>(offset),
+                          isComplex ? findComplexKeyword(list) : findKeyword(word), isComplex);
       progress.Reach(scanner.GetOffset());
     }
-    _sectionEnds.push_back(records.GetCount());
+    _sectionEnds.push_back(_document.GetRecords().GetCount());
     return scanner.Expect(';');
   }
 
