@@ -167,8 +167,8 @@ class ModelBuilder {
     if (node.representations.empty() || _parts.GetAllowance().isExhausted) return;
     _parts.Begin();
     for (const RecordNumber representation : node.representations) {
-      _parts.Add(representation, _structure.GetContextUnits(representation),
-                 _structure.GetScale(representation));
+      _parts.Add(representation, _structure.GetItems(representation),
+                 _structure.GetContextUnits(representation), _structure.GetScale(representation));
     }
     const std::size_t bytes = _document.GetText().size();
     _progress.Reach(bytes + bytes * ++_builtNodes / _structure.GetNodes().size());

@@ -46,18 +46,13 @@ const Part& PartBuilder::Finish() {
   return _part;
 }
 
-void PartBuilder::Add(RecordNumber representation, const ContextUnits& units, double scale) {
+void PartBuilder::Add(RecordNumber representation, const std::vector<RecordNumber>& items,
+                      const ContextUnits& units, double scale) {
   _scale = scale;
   _millimetres = units.metres > 0.0 ? units.metres * 1000.0 : 1.0;
   _geometry.SetAngleUnit(units.radians);
-  const Looks looks = _styles.Get(representation, Looks(), false);
-  const char* const list = _document.GetRecords()[representation].IsComplex()
-                               ? _document.FindPart(representation, Keyword::kRepresentation)
-                               : _document.GetList(representation);
-  Fields fields(_document, representation, list);
-  _list.clear();
-  fields.Skip().References(_list);
-  PushAll(looks);
+  _list = items;
+  PushAll(_styles.Get(representation, Looks(), false));
   Walk();
   AddSides();
 }

@@ -51,9 +51,10 @@ class PartBuilder {
 
   /// Begins a new part.
   void Begin();
-  /// Adds what a representation shows by itself; mapped items are left to others.
+  /// Adds what the items of a representation show by themselves; mapped items are left to others.
   /// @param scale  what its lengths are multiplied by.
-  void Add(RecordNumber representation, const ContextUnits& units, double scale);
+  void Add(RecordNumber representation, const std::vector<RecordNumber>& items,
+           const ContextUnits& units, double scale);
   /// The part; its curves and meshes may be none.
   const Part& Finish();
 

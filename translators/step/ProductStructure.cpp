@@ -374,7 +374,7 @@ bool ProductStructure::ReadTransformation(const Relationship& relationship,
   return true;
 }
 
-const ProductStructure::Representation& ProductStructure::GetRepresentation(RecordNumber record) {
+ProductStructure::Representation& ProductStructure::GetRepresentation(RecordNumber record) {
   const auto [entry, isNew] = _representations.emplace(record, Representation());
   Representation& representation = entry->second;
   if (!isNew) return representation;
@@ -389,12 +389,16 @@ const ProductStructure::Representation& ProductStructure::GetRepresentation(Reco
       representation.mappedItems.push_back(item);
     }
   }
-  sortAll(representation.items);
   return representation;
 }
 
 bool ProductStructure::Lists(RecordNumber representation, RecordNumber item) {
-  return contains(GetRepresentation(representation).items, item);
+  Representation& known = GetRepresentation(representation);
+  if (known.sortedItems.size() != known.items.size()) {
+    known.sortedItems = known.items;
+    sortAll(known.sortedItems);
+  }
+  return contains(known.sortedItems, item);
 }
 
 const ContextUnits& ProductStructure::GetContextUnits(RecordNumber representation) {

@@ -57,6 +57,9 @@ class ProductStructure {
   /// That of the first root, when it is one of the library's, else the millimetre; unknown when the
   /// file names none.
   KOVAUnit GetUnit() const { return _unit; }
+  const std::vector<RecordNumber>& GetItems(RecordNumber representation) {
+    return GetRepresentation(representation).items;
+  }
   const ContextUnits& GetContextUnits(RecordNumber representation);
   /// From the lengths of a representation to those of the model.
   double GetScale(RecordNumber representation);
@@ -74,8 +77,9 @@ class ProductStructure {
     RecordNumber transformation = kNoRecord;
   };
   struct Representation {
-    /// Sorted.
     std::vector<RecordNumber> items;
+    /// The same when they have been asked for.
+    std::vector<RecordNumber> sortedItems;
     std::vector<RecordNumber> mappedItems;
     RecordNumber context = kNoRecord;
   };
@@ -109,7 +113,7 @@ class ProductStructure {
   bool IsSuperseded(const Link& link);
   bool ReadPlacement(const Link& link, KOVAMorph3D& placement);
   bool ReadTransformation(const Relationship& relationship, KOVAMorph3D& placement);
-  const Representation& GetRepresentation(RecordNumber record);
+  Representation& GetRepresentation(RecordNumber record);
   bool Lists(RecordNumber representation, RecordNumber item);
 
   Document& _document;
