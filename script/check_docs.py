@@ -11,7 +11,8 @@ A piece of code in a page is cut from a source that the tests build and run. The
 and the source marks it by a comment line "// [combine]" (or "# [combine]") before and behind it.
 Without a mark the whole file is meant. This script proves that the two texts are equal, that
 every piece of C++ or CMake under docs/ comes from a source, that every relative link leads to a
-file and a heading, and that every script, preset and CMake option that a page names exists.
+file and a heading, that every file, script, preset and CMake option that a page names exists, and
+that docs/porting.md has a line for each header of the platform.
 
 Usage: check_docs.py [--fix]   (--fix copies the pieces from the sources into the pages)
 """
@@ -27,6 +28,7 @@ SNIPPET = re.compile(
     r"<!-- from (?P<file>\S+)(?: \[(?P<mark>[\w-]+)\])? -->\n```(?P<language>\w*)\n(?P<text>.*?)```\n", re.S)
 CODE = re.compile(r"^```(\w*)\n.*?^```$", re.S | re.M)
 LINK = re.compile(r"(?<!\!)\[[^\]\n]*\]\(([^)\s]+)\)")
+FILE = re.compile(r"`((?:kovabase|translators|apps|tests|examples|fuzz|benchmarks|docs|script|cmake)/[\w./-]+)`")
 SOURCED = {"cpp", "cmake"}
 
 
@@ -135,6 +137,14 @@ def main():
         for match in re.finditer(r"(?<![\w/])script/([\w.]+\w)", text):
             if not (ROOT / "script" / match[1]).exists():
                 complain(match.start(), f"there is no {match[0]}")
+        for match in FILE.finditer(text):
+            if not (ROOT / match[1]).exists():
+                complain(match.start(), f"there is no {match[1]}")
+        if str(name) == "docs/porting.md":
+            named = set(re.findall(r"^\| `(\w+\.h)`", text, re.M))
+            headers = {path.name for path in (ROOT / "kovabase/platform").glob("*.h")}
+            for header in sorted(named ^ headers):
+                complain(0, f"{header} is {'not in the table' if header in headers else 'no header of the platform'}")
         for match in re.finditer(r"--preset[ =](\w+)", text):
             if match[1] not in presets:
                 complain(match.start(), f"there is no preset {match[1]}")

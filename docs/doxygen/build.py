@@ -10,8 +10,9 @@ a constant and a public data member need a comment. These need none of their own
 - constructors and destructors of a described class, and operators with their usual meaning;
 - getters and questions without arguments (GetName, length, IsEmpty) and plain setters (SetName);
 - `Fire`, which takes the arguments of the constructor and sends the event;
-- the enumerators of a described enumeration, the data members of a described struct, and protected
-  ones.
+- the enumerators of a described enumeration, the data members of a described struct, constants of a
+  described class, and protected data members;
+- what stands in a header that has a comment about all of it, functions excepted.
 
 Usage: build.py   (from any folder; script/docs installs what it needs)
 """
@@ -26,17 +27,19 @@ from xml.etree import ElementTree
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 OUTPUT = ROOT / "build/docs"
-FOLDERS = ["foundation", "containers", "strings", "io", "files", "options", "events", "concurrency",
-           "translation", "geometry", "units"]
+GROUPS = [f"kovabase/{folder}" for folder in (
+    "foundation", "containers", "strings", "io", "files", "options", "events", "concurrency", "translation",
+    "geometry", "units")] + ["translators"]
 
 
 def write_groups():
     """A group for each folder: the README is its page."""
     parts = []
-    for folder in FOLDERS:
-        lines = (ROOT / "kovabase" / folder / "README.md").read_text(encoding="utf-8").splitlines()
+    for folder in GROUPS:
+        lines = (ROOT / folder / "README.md").read_text(encoding="utf-8").splitlines()
+        name = folder.rsplit("/")[-1]
         body = "\n".join(lines[1:]).strip().replace("*/", "*\\/")
-        parts.append(f"/**\n@defgroup {folder} {folder}\n\n{body}\n*/\n")
+        parts.append(f"/**\n@defgroup {name} {name}\n\n{body}\n*/\n")
     (OUTPUT / "groups.dox").write_text("\n".join(parts), encoding="utf-8")
 
 
@@ -71,9 +74,16 @@ def speaks_for_itself(member, class_name):
         return True
     if name in (class_name, "Fire") or name.startswith("operator"):
         return True
+    if kind == "variable" and member.get("static") == "yes" and class_name != "":
+        return True
     if not arguments:
-        return re.match(r"(Get|Is|Has|Are|get|is|has|length|size)", name) is not None
+        return re.match(r"(Get|Is|Has|Are|get|is|has|length|size|begin$|end$)", name) is not None
     return re.match(r"(Set|set)[A-Z]", name) is not None and "," not in arguments
+
+
+def has_comment_about_all(path):
+    text = (ROOT / path).read_text(encoding="utf-8")
+    return re.search(r"\n\n(///.*\n)+(\n|namespace kova::)", text) is not None
 
 
 def undescribed():
@@ -89,18 +99,21 @@ def undescribed():
             short = name.rsplit("::")[-1].split("<")[0].strip()
             if compound.get("prot") == "private":
                 continue
-            if kind in ("class", "struct") and not is_described(compound):
+            if kind in ("class", "struct") and not is_described(compound) and not has_comment_about_all(
+                    place.get("file")):
                 found.add((place.get("file"), int(place.get("line")), name))
             for member in compound.iter("memberdef"):
                 place = member.find("location")
                 file, line = place.get("file"), int(place.get("line"))
-                if member.get("prot") in ("private", "package") or not file.startswith("kovabase/"):
+                if member.get("prot") in ("private", "package") or not file.startswith(("kovabase/", "translators/")):
                     continue
                 if re.match(r"\s*using\b", source_line(file, line)) or "<" in member.findtext("name"):
                     continue  # a base's constructors; a special case of a described template
                 if member.get("prot") == "protected" and member.get("kind") == "variable":
                     continue
-                if is_described(member) or speaks_for_itself(member, short):
+                if is_described(member) or speaks_for_itself(member, short if kind in ("class", "struct") else ""):
+                    continue
+                if member.get("kind") != "function" and has_comment_about_all(file):
                     continue
                 if kind == "struct" and member.get("kind") == "variable" and is_described(compound):
                     continue

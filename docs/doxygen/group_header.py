@@ -9,8 +9,8 @@ overloads of one name that follow it line after line, as in
     KOVAResult SetValue(double value);
 
 and one that begins with "These", "Both" or "All" for all declarations up to the next comment or
-blank line; so each of them gets a copy. A comment with blank lines around it is about the header.
-Quoted texts with backslashes become code.
+blank line; so each of them gets a copy. A comment with blank lines around it, and one above
+`namespace kova::...`, is about the header. Quoted texts with backslashes become code.
 
 Usage: group_header.py HEADER
 """
@@ -67,7 +67,8 @@ def with_copies(lines):
         first = at
         while at < len(lines) and lines[at].lstrip().startswith("///"):
             at += 1
-        if at < len(lines) and not lines[at].strip() and first > 0 and not lines[first - 1].strip():
+        is_about_header = at == len(lines) or not lines[at].strip() or lines[at].startswith("namespace kova::")
+        if is_about_header and not lines[first - 1].strip():
             # About the whole header; the blank line above it has room for the command.
             out[first - 1] = "/// @file"
             continue
@@ -99,7 +100,7 @@ def main():
     path = pathlib.Path(sys.argv[1])
     lines = path.read_text(encoding="utf-8").splitlines()
     lines = with_copies([escaped(line) for line in lines])
-    group = path.parent.name
+    group = "translators" if "translators" in path.parts else path.parent.name
     for number, line in enumerate(lines):
         if line.startswith("#pragma once"):
             # The name of a group takes its line; what follows the pragma is a blank one.
