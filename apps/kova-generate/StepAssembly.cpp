@@ -376,7 +376,7 @@ Product writeTrain(StepFile& file, ProductWriter& writer) {
 
   Pieces largeGear;
   addPrism(file, makeGearPrism(36, 26, 8), largeGear);
-  const Product largeGearPart = writer.WritePart("歯車 (36枚)", millimetres, largeGear);
+  const Product largeGearPart = writer.WritePart("Τροχός, 36 δόντια", millimetres, largeGear);
   writer.Paint(blue, largeGear, millimetres);
 
   Pieces bushing;
