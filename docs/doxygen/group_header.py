@@ -69,8 +69,16 @@ def with_copies(lines):
             at += 1
         is_about_header = at == len(lines) or not lines[at].strip() or lines[at].startswith("namespace kova::")
         if is_about_header and not lines[first - 1].strip():
-            # About the whole header; the blank line above it has room for the command.
-            out[first - 1] = "/// @file"
+            # About the whole header; the blank line above it has room for the command. A further one is
+            # about what follows, under its first sentence.
+            if "/// @file" not in out:
+                out[first - 1] = "/// @file"
+            elif not lines[at].strip() and ". " in lines[first]:
+                title, _, rest = lines[first].partition(". ")
+                out[first - 1] = "/// @name " + title[4:]
+                out[first] = "/// " + rest
+                out[at] = "/** @{ */"
+                out.append("/** @} */")
             continue
         comment = [line.lstrip()[3:].strip() or "<p>" for line in lines[first:at]]
         parameters = re.findall(r"@param (\w+)", " ".join(comment))
@@ -99,14 +107,18 @@ def escaped(line):
 def main():
     path = pathlib.Path(sys.argv[1])
     lines = path.read_text(encoding="utf-8").splitlines()
-    lines = with_copies([escaped(line) for line in lines])
     group = "translators" if "translators" in path.parts else path.parent.name
+    lines = with_copies([escaped(line) for line in lines])
+    # The name of a group takes its line; a blank one follows. Namespaces need their own opening.
     for number, line in enumerate(lines):
         if line.startswith("#pragma once"):
-            # The name of a group takes its line; what follows the pragma is a blank one.
             lines[number] = f"/** @addtogroup {group}"
             lines[number + 1] = "@{ */ " + lines[number + 1]
-            break
+        elif re.match(r"namespace kova::translators \{$", line) and not lines[number + 1]:
+            lines[number] += f" /** @addtogroup {group}"
+            lines[number + 1] = "@{ */"
+        elif re.match(r"\}  // namespace kova::translators$", line):
+            lines[number] = "/** @} */ " + line
     lines.append("/** @} */")
     print("\n".join(lines))
 
