@@ -306,14 +306,14 @@ TEST(PolygonDivider, CrossedPolygonsEndInTime) {
   std::uniform_real_distribution<double> coordinate(-1.0, 1.0);
   KOVADynamicArray<Point> vertices;
   std::vector<std::uint32_t> corners;
-  for (std::uint32_t i = 0; i < 20000; ++i) {
+  for (std::uint32_t i = 0; i < 10000; ++i) {
     vertices.add({coordinate(random), coordinate(random), 0.0});
     corners.push_back(i);
   }
   PolygonDivider divider;
   KOVADynamicArray<Triangle> triangles;
   for (int i = 0; i < 50; ++i) divider.Divide(corners, vertices, triangles);
-  EXPECT_EQ(triangles.size(), 50 * 19998);
+  EXPECT_EQ(triangles.size(), 50 * 9998);
   EXPECT_EQ(divider.GetForcedCount(), 50U);
 }
 

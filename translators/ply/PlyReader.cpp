@@ -390,7 +390,7 @@ KOVAResult PlyReader::Finish() {
   }
   WarnOf("triangles with coinciding corners, kept as they are", _degenerates);
   WarnOf("faces with fewer than three corners, left out", _incomplete);
-  WarnOf("concave faces whose corners cross or are too many, divided as if they were convex",
+  WarnOf("faces whose corners cross or are too many, divided as if they were convex",
          _divider.GetForcedCount());
 
   const bool hasTriangles = _mesh.triangles.size() != 0;

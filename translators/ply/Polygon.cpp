@@ -6,6 +6,9 @@ namespace kova::translators {
 
 namespace {
 
+// Beyond it, no budget would do.
+constexpr std::size_t kMostCorners = 16384;
+
 // Twice the signed area.
 template <class Flat>
 double getTurn(const Flat& a, const Flat& b, const Flat& c) {
@@ -18,7 +21,10 @@ void PolygonDivider::Divide(const std::vector<std::uint32_t>& corners,
                             const KOVADynamicArray<Point>& vertices,
                             KOVADynamicArray<Triangle>& triangles) {
   const std::size_t count = corners.size();
-  if (count > 3) {
+  if (count > kMostCorners) {
+    ++_forced;
+    triangles.reserve(triangles.size() + static_cast<int>(count));
+  } else if (count > 3) {
     Project(corners, vertices);
     if (!IsConvex()) {
       CutEars(corners, triangles);

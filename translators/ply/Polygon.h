@@ -13,15 +13,16 @@ namespace kova::translators {
 /// polygon's mean plane.
 ///
 /// To cut ears costs the square of the number of corners. There is a limit to what one object
-/// spends on it, so that no file can keep it busy; what is beyond becomes a fan.
+/// spends on it, so that no file can keep it busy. What is beyond becomes a fan, and so does every
+/// polygon of more than 16,384 corners.
 class PolygonDivider {
  public:
   /// Adds `corners` - 2 triangles. `corners` has at least three indices into `vertices`.
   void Divide(const std::vector<std::uint32_t>& corners, const KOVADynamicArray<Point>& vertices,
               KOVADynamicArray<Triangle>& triangles);
 
-  /// Concave polygons that were divided as a fan all the same, in part at least: their corners
-  /// cross or coincide, or the limit was reached.
+  /// Polygons that were divided as a fan without being known as convex, in part at least: their
+  /// corners cross or coincide, or are too many.
   std::uint64_t GetForcedCount() const { return _forced; }
 
  private:
