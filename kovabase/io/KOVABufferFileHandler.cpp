@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint32_t kSmallestWindow = 2048;
 constexpr std::uint32_t kLargestWindow = 0x400000;
-// Reads of so much go past the window.
+// Reads and writes of so much go past the window.
 constexpr int kDirectBytes = 0x10000;
 // Positions are 32 bits wide.
 constexpr std::uint64_t kSizeLimit = std::uint64_t{1} << 32;
@@ -197,6 +197,20 @@ KOVAResult KOVABufferOutputFileHandler::PutBytes(long position, int count,
   if (_result.IsFailure()) return _result;
   if (static_cast<std::uint64_t>(position) + static_cast<std::uint64_t>(count) >= kSizeLimit) {
     return kInvalidArgument;
+  }
+  // The window of a new file is small and would cut it into many pieces.
+  if (count >= kDirectBytes) {
+    const KOVAResult flushed = Flush();
+    if (flushed.IsFailure()) return flushed;
+    const std::size_t bytesToWrite = static_cast<std::size_t>(count);
+    if (fseeko(_stream, position, SEEK_SET) != 0 ||
+        std::fwrite(bytes, 1, bytesToWrite, _stream) != bytesToWrite) {
+      return _result = kFileSaveError;
+    }
+    // What the window holds may be what has been written over.
+    _windowStart = _windowEnd = position + count;
+    _size = std::max(_size, static_cast<std::uint32_t>(_windowEnd));
+    return kSuccess;
   }
   while (count > 0) {
     // The window goes on being filled where it ends; anywhere else a new one begins.
