@@ -4,19 +4,31 @@
 #include <kovabase/KOVABase.h>
 
 #include <cstdio>
-#include <regex>
-#include <string>
 
 namespace {
 
-// Times and amounts of memory differ from run to run: " #" stands for each number.
+// Times and amounts of memory differ from run to run: " #" stands for a number and the blanks
+// before it.
 void show(const char* name) {
   std::FILE* file = std::fopen(name, "r");
   if (file == nullptr) return;
-  std::string text;
-  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+  int blanks = 0;
+  bool isInNumber = false;
+  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) {
+    if ((c >= '0' && c <= '9') || (isInNumber && c == '.')) {
+      if (!isInNumber) std::fputs(" #", stdout);
+      isInNumber = true;
+      blanks = 0;
+    } else if (c == ' ') {
+      isInNumber = false;
+      ++blanks;
+    } else {
+      isInNumber = false;
+      for (; blanks > 0; --blanks) std::putchar(' ');
+      std::putchar(c);
+    }
+  }
   std::fclose(file);
-  std::fputs(std::regex_replace(text, std::regex(" +[0-9.]+"), " #").c_str(), stdout);
 }
 
 }  // namespace
