@@ -12,7 +12,8 @@ and the source marks it by a comment line "// [combine]" (or "# [combine]") befo
 Without a mark the whole file is meant. This script proves that the two texts are equal, that
 every piece of C++ or CMake under docs/ comes from a source, that every relative link leads to a
 file and a heading, that every file, script, preset and CMake option that a page names exists, and
-that docs/porting.md has a line for each header of the platform.
+that docs/porting.md and examples/README.md have a line for each header of the platform and each
+example.
 
 Usage: check_docs.py [--fix]   (--fix copies the pieces from the sources into the pages)
 """
@@ -145,6 +146,10 @@ def main():
             headers = {path.name for path in (ROOT / "kovabase/platform").glob("*.h")}
             for header in sorted(named ^ headers):
                 complain(0, f"{header} is {'not in the table' if header in headers else 'no header of the platform'}")
+        if str(name) == "examples/README.md":
+            for folder in sorted((ROOT / "examples").glob("*/CMakeLists.txt")):
+                if f"| [{folder.parent.name}](" not in text:
+                    complain(0, f"{folder.parent.name} is not in the table")
         for match in re.finditer(r"--preset[ =](\w+)", text):
             if match[1] not in presets:
                 complain(match.start(), f"there is no preset {match[1]}")

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <string_view>
 #include <translators/interface/Frame.h>
 
 using namespace kova::translators;
@@ -68,6 +69,7 @@ KOVAResult TrackReader::ReadUnit() {
 
 // [line]
 KOVAResult TrackReader::ReadLine() {
+  const std::uint64_t start = _words.GetLine();
   Part part;
   part.name = decodeText(_words.RestOfLine());
   Curve curve;
@@ -81,7 +83,7 @@ KOVAResult TrackReader::ReadLine() {
     part.points.add(point);
   }
   if (part.points.size() < 2 || !std::isfinite(curve.length)) {
-    _request.report.Warn(Place::Line(_words.GetLine()), "the line before has no length");
+    if (_leftOut++ == 0) _firstLeftOut = start;
     return KOVAResultCode::kSuccess;
   }
   curve.pointCount = static_cast<std::uint32_t>(part.points.size());
@@ -104,6 +106,10 @@ bool TrackReader::ReadPoint(Point& point) {
 KOVAResult TrackReader::ReadEnd() {
   if (_result.IsSuccess() && _window.HasFailed()) return Refuse("the rest of the file");
   if (_result.IsSuccess() && !_words.GetWord().empty()) return Refuse("the word LINE");
+  if (_result.IsSuccess() && _leftOut > 0) {
+    _request.report.Warn(Place::Line(_firstLeftOut),
+                         "a line without a length is left out (%d in all)", _leftOut);
+  }
   return _result;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string_view>
+#include <cstdint>
 #include <translators/interface/ByteWindow.h>
 #include <translators/interface/Text.h>
 #include <translators/interface/Translator.h>
@@ -34,5 +34,8 @@ class TrackReader : public KOVAFormatReader {
   kova::translators::ByteWindow _window;
   kova::translators::WordScanner _words;
   KOVAResult _result = KOVAResultCode::kSuccess;
+  /// Lines that have no length, told once at the end.
+  int _leftOut = 0;
+  std::uint64_t _firstLeftOut = 0;
 };
 // [reader]
