@@ -83,7 +83,7 @@ class BSpline final : public BoundedCurve {
 
   double FindParameter(const Point& point) const override {
     // Nearly every edge ends where its curve does.
-    const double margin = 1e-12 * _size * _size * 1e-12;
+    const double margin = 1e-24 * _size * _size;
     if (squaredDistance(point, _first) <= margin) return GetLow();
     if (squaredDistance(point, _last) <= margin) return LeaveSeam(GetHigh());
     // The box of its poles bounds how near a span can come.
@@ -97,19 +97,30 @@ class BSpline final : public BoundedCurve {
         promising = span;
       }
     }
+    // What is not on the curve is looked for more closely.
     Nearest nearest;
-    SearchSpan(promising, point, nearest);
-    for (std::size_t span = _degree; span < _poles.size(); ++span) {
-      if (nearest.squared <= margin) break;
-      if (span == promising || !(_knots[span] < _knots[span + 1])) continue;
-      if (BoundSquaredDistance(span, point) < nearest.squared) SearchSpan(span, point, nearest);
+    const double close = 1e-12 * _size * _size;
+    for (const int intervals :
+         {2 * static_cast<int>(_degree) + 2, 12 * static_cast<int>(_degree)}) {
+      if (nearest.squared <= close) break;
+      SearchSpan(promising, intervals, point, nearest);
+      for (std::size_t span = _degree; span < _poles.size(); ++span) {
+        if (nearest.squared <= margin) break;
+        if (span == promising || !(_knots[span] < _knots[span + 1])) continue;
+        if (BoundSquaredDistance(span, point) < nearest.squared) {
+          SearchSpan(span, intervals, point, nearest);
+        }
+      }
     }
     return LeaveSeam(nearest.squared < std::numeric_limits<double>::infinity() ? nearest.parameter
                                                                                : GetLow());
   }
 
   double Measure(double low, double high) const override {
-    if (_degree == 1) return distance(Evaluate(low), EvaluateBefore(low, high));
+    // Straight, at an even speed.
+    if (_degree == 1 && _weights.empty()) {
+      return (high - low) * length(EvaluateDerivative(low + 0.5 * (high - low)));
+    }
     return SpaceCurve::Measure(low, high);
   }
   void AddPoints(double low, double high, const ChainLimits& limits,
@@ -120,7 +131,7 @@ class BSpline final : public BoundedCurve {
         std::min(limits.mostPoints, 1000000 / static_cast<int>(_degree * _degree));
     SpaceCurve::AddPoints(low, high, bearable, points);
   }
-  int GetParts() const override { return static_cast<int>((_degree + 2) / 4); }
+  int GetParts() const override { return std::max(1, static_cast<int>((_degree + 2) / 4)); }
   int CountPieces() const override { return static_cast<int>(_poles.size() - _degree); }
 
  protected:
@@ -169,12 +180,6 @@ class BSpline final : public BoundedCurve {
     for (std::size_t i = 1; i <= degree; ++i) RaiseBasis(span, t, i, basis);
   }
 
-  // The end of a straight piece: where the next one begins elsewhere, that is not its end.
-  Point EvaluateBefore(double low, double high) const {
-    const double middle = low + 0.5 * (high - low);
-    return Evaluate(low) + (high - low) * EvaluateDerivative(middle);
-  }
-
   double BoundSquaredDistance(std::size_t span, const Point& point) const {
     Point lowest = GetPole(span - _degree);
     Point highest = lowest;
@@ -190,9 +195,8 @@ class BSpline final : public BoundedCurve {
     return squaredDistance(point, nearest);
   }
 
-  void SearchSpan(std::size_t span, const Point& point, Nearest& nearest) const {
-    findNearest(*this, _knots[span], _knots[span + 1], 2 * static_cast<int>(_degree), point,
-                nearest);
+  void SearchSpan(std::size_t span, int intervals, const Point& point, Nearest& nearest) const {
+    findNearest(*this, _knots[span], _knots[span + 1], intervals, point, nearest);
   }
 
   std::size_t _degree;

@@ -107,7 +107,7 @@ class Trimmed final : public BoundedCurve {
     breaks.push_back(GetHigh());
     double low = 0.0;
     for (const double high : breaks) {
-      findNearest(*this, low, high, 4 * _basis->GetParts(), point, nearest);
+      findNearest(*this, low, high, 12 * _basis->GetParts(), point, nearest);
       low = high;
     }
     return LeaveSeam(nearest.parameter);

@@ -187,68 +187,32 @@ void SpaceCurve::AddPoints(double low, double high, const ChainLimits& limits,
 
 void curves::findNearest(const SpaceCurve& curve, double low, double high, int intervals,
                          const Point& point, Nearest& nearest) {
-  constexpr std::size_t kMostIntervals = 64;
-  const std::size_t count =
-      std::min(static_cast<std::size_t>(std::max(intervals, 1)), kMostIntervals);
-  std::array<double, kMostIntervals + 1> squared;
-  const auto parameterOf = [&](std::size_t i) {
-    return i == count ? high
-                      : low + (high - low) * static_cast<double>(i) / static_cast<double>(count);
+  // Half the slope of the squared distance, and its slope as Gauss and Newton estimate it.
+  const auto slopeAt = [&](double parameter, double& growth) {
+    const Point derivative = curve.EvaluateDerivative(parameter);
+    const Point offset = curve.Evaluate(parameter) - point;
+    nearest.Take(parameter, dot(offset, offset));
+    growth = dot(derivative, derivative);
+    return dot(offset, derivative);
   };
-  // Half the slope of the squared distance.
-  const auto slopeAt = [&](double parameter) {
-    return dot(curve.Evaluate(parameter) - point, curve.EvaluateDerivative(parameter));
-  };
-  for (std::size_t i = 0; i <= count; ++i) {
-    squared[i] = squaredDistance(curve.Evaluate(parameterOf(i)), point);
-    nearest.Take(parameterOf(i), squared[i]);
-  }
-  // A little inside, because the curve may have a corner at its ends.
+  nearest.Take(low, squaredDistance(curve.Evaluate(low), point));
+  nearest.Take(high, squaredDistance(curve.Evaluate(high), point));
+  // A little inside, because the curve may have corners at its ends.
   const double inset = 1e-9 * (high - low);
-  for (std::size_t i = 0; i <= count; ++i) {
-    if (i > 0 && squared[i - 1] < squared[i]) continue;
-    if (i < count && squared[i + 1] < squared[i]) continue;
-    if (i == 0 && slopeAt(low + inset) >= 0.0) continue;
-    if (i == count && slopeAt(high - inset) <= 0.0) continue;
-    double start = i < 2 ? low + inset : parameterOf(i - 1);
-    double end = i + 1 < count ? parameterOf(i + 1) : high - inset;
-    const auto polish = [&](double guess) {
-      return findRoot(start, end, guess, [&](double parameter, double& slope) {
-        const Point derivative = curve.EvaluateDerivative(parameter);
-        slope = dot(derivative, derivative);
-        return dot(curve.Evaluate(parameter) - point, derivative);
-      });
-    };
-    const auto squaredAt = [&](double parameter) {
-      return squaredDistance(curve.Evaluate(parameter), point);
-    };
-    double root = polish(parameterOf(i));
-    if (!(squaredAt(root) < squared[i]) && squared[i] > 0.0) {
-      // A cusp, or an extreme that is none: the golden section sees distances alone.
-      constexpr double kGolden = 0.6180339887498949;
-      double left = end - kGolden * (end - start);
-      double right = start + kGolden * (end - start);
-      double squaredLeft = squaredAt(left);
-      double squaredRight = squaredAt(right);
-      for (int step = 0; step < 30; ++step) {
-        if (squaredLeft < squaredRight) {
-          end = right;
-          right = left;
-          squaredRight = squaredLeft;
-          left = end - kGolden * (end - start);
-          squaredLeft = squaredAt(left);
-        } else {
-          start = left;
-          left = right;
-          squaredLeft = squaredRight;
-          right = start + kGolden * (end - start);
-          squaredRight = squaredAt(right);
-        }
-      }
-      nearest.Take(left, squaredLeft);
-      root = polish(left);
+  double growth = 0.0;
+  double start = low + inset;
+  double startSlope = slopeAt(start, growth);
+  for (int i = 1; i <= intervals; ++i) {
+    const double end = i == intervals ? high - inset : low + (high - low) * i / intervals;
+    const double endSlope = slopeAt(end, growth);
+    // At a cusp the slope is 0 between two that are not.
+    if (startSlope <= 0.0 && endSlope >= 0.0 && startSlope < endSlope) {
+      const double along = startSlope / (startSlope - endSlope);
+      const bool isInside = along > 0.0 && along < 1.0;
+      findRoot(start, end, start + (isInside ? along : 0.5) * (end - start), slopeAt);
     }
-    nearest.Take(root, squaredAt(root));
+    start = end;
+    startSlope = endSlope;
   }
 }
 

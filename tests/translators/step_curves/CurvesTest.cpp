@@ -132,6 +132,12 @@ std::vector<Case> makeCases() {
       {"quarter backward", makeTrimmed(makeQuarter(), 1, 0, false), 0, 1, pi},
       {"degree 1", makeBSpline(1, {{0, 0, 0}, {0, 8, 0}, {6, 8, 0}}, {}, {0, 0, 2, 7, 7}), 0, 7,
        14},
+      {"rational degree 1",
+       makeBSpline(1, {{0, 0, 0}, {0, 8, 0}, {6, 8, 0}}, {1, 3, 0.5}, {0, 0, 2, 7, 7}), 0, 7, 14},
+      // A narrow bow, in which speed and distance change abruptly.
+      {"hairpin",
+       makeBSpline(2, {{0, 0, 0}, {100, 1, 0}, {2, 2, 0}, {90, 4, 0}}, {}, {0, 0, 0, 0.3, 1, 1, 1}),
+       0, 1, 0},
       // A cubic that runs along a line at a varying speed.
       {"straight cubic",
        makeBSpline(3, {{0, 0, 0}, {1, 0, 0}, {5, 0, 0}, {9, 0, 0}}, {}, makeBezierKnots(3, 4)), 0,
