@@ -460,9 +460,10 @@ void writeGearTrain(KOVAOutputStream& stream, std::string_view name, int repeats
          (trains.size() < static_cast<std::size_t>(repeats) || file.GetBytes() < bytes)) {
     ProductWriter writer(file);
     const int index = static_cast<int>(trains.size());
+    const int row = index / kColumns;
     trains.push_back({writeTrain(file, writer),
                       "N° " + std::to_string(index + 1),
-                      {240.0 * (index % kColumns), 180.0 * (index / kColumns), 0}});
+                      {240.0 * (index % kColumns), 180.0 * row, 0}});
   }
   if (trains.size() > 1) ProductWriter(file).WriteAssembly("Série", trains);
   file.End();

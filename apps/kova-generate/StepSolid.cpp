@@ -146,6 +146,7 @@ class SolidWriter {
 
   void WriteLevelFace(const std::vector<Reference>& loops, double z, const Point3D& normal) {
     std::vector<Reference> bounds;
+    bounds.reserve(loops.size());
     for (const Reference loop : loops) {
       bounds.push_back(bounds.empty() ? _file.Add("FACE_OUTER_BOUND('',", loop, ",.T.)")
                                       : _file.Add("FACE_BOUND('',", loop, ",.T.)"));
