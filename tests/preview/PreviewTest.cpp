@@ -1,6 +1,6 @@
 #include "apps/kova-translate/Preview.h"
-#include "apps/kova-translate/PreviewColours.h"
-#include "apps/kova-translate/PreviewSurface.h"
+#include "apps/kova-translate/preview/Colours.h"
+#include "apps/kova-translate/preview/Surface.h"
 #include "kovabase/io/KOVAStringOutputStream.h"
 
 #include <algorithm>
@@ -14,6 +14,8 @@
 namespace kova::translate {
 namespace {
 
+using preview::GridPoint;
+using preview::SeenColour;
 using translators::Curve;
 using translators::Mesh;
 using translators::Model;
@@ -190,7 +192,7 @@ TEST(PreviewTest, LargeModelsGiveSmallFilesAndAlwaysTheSame) {
   };
   Model lines;
   Part part;
-  for (int i = 0; i < 200'000; ++i) {
+  for (int i = 0; i < 60'000; ++i) {
     const Point p{next(), next(), next()};
     addCurve(part, {p, {p.x + next() / 9, p.y + next() / 9, p.z + next() / 9}});
   }
@@ -198,7 +200,7 @@ TEST(PreviewTest, LargeModelsGiveSmallFilesAndAlwaysTheSame) {
 
   Model rough;
   Mesh mesh;
-  constexpr std::uint32_t kSide = 500;
+  constexpr std::uint32_t kSide = 300;
   for (std::uint32_t y = 0; y < kSide; ++y) {
     for (std::uint32_t x = 0; x < kSide; ++x) mesh.vertices.add({x * 1.0, y * 1.0, 5.0 * next()});
   }
@@ -241,7 +243,7 @@ TEST(PreviewTest, SimplifiedLinesStayWithinTheTolerance) {
     std::size_t mostPoints;
   };
   for (const Case& c : {Case{circle, 60}, Case{steps, 3}, Case{spike, 5}}) {
-    const std::vector<GridPoint> kept = simplify(c.line, 1.5);
+    const std::vector<GridPoint> kept = preview::simplify(c.line, 1.5);
     EXPECT_LE(kept.size(), c.mostPoints);
     for (const GridPoint& p : c.line) {
       double nearest = 1e9;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace kova::translate {
+namespace kova::translate::preview {
 
 /// A colour as people see it: lightness from 0 to 1, and two amounts for hue and strength, 0 for
 /// grey. This is the OKLab space, in which equal steps look equal.
@@ -29,8 +29,12 @@ struct SeenColour {
   std::string ToText() const;
 };
 
+/// The background of the page, and its texts and outlines.
+inline constexpr SeenColour kPaper{0.985, -0.001, -0.003};
+inline constexpr SeenColour kInk{0.30, -0.006, -0.025};
+
 /// Colours for the parts of a model that has none: distinct for neighbours in the order, of the
 /// same weight for the eye.
 SeenColour getPartColour(int index);
 
-}  // namespace kova::translate
+}  // namespace kova::translate::preview

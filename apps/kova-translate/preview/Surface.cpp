@@ -1,4 +1,4 @@
-#include "apps/kova-translate/PreviewSurface.h"
+#include "apps/kova-translate/preview/Surface.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,7 +7,7 @@
 #include <numeric>
 #include <tuple>
 
-namespace kova::translate {
+namespace kova::translate::preview {
 
 namespace {
 
@@ -97,13 +97,13 @@ std::vector<GridPoint> simplify(const std::vector<GridPoint>& line, double toler
   return kept;
 }
 
-PreviewSurface::PreviewSurface(int width, int height)
+Surface::Surface(int width, int height)
     : _width(width),
       _height(height),
       _cells(GetIndex(0, height)),
       _styles(GetIndex(0, height), kNoStyle) {}
 
-void PreviewSurface::AddTriangle(const ViewPoint (&corners)[3], int style) {
+void Surface::AddTriangle(const ViewPoint (&corners)[3], int style) {
   const auto& [a, b, c] = corners;
   const double ux = b.x - a.x;
   const double uy = b.y - a.y;
@@ -165,15 +165,15 @@ void PreviewSurface::AddTriangle(const ViewPoint (&corners)[3], int style) {
       static_cast<float>((a.depth + b.depth + c.depth) / 3.0), normalX, normalY, narrowStyle);
 }
 
-void PreviewSurface::Put(int x, int y, float depth, std::int16_t normalX, std::int16_t normalY,
-                         std::uint16_t style) {
+void Surface::Put(int x, int y, float depth, std::int16_t normalX, std::int16_t normalY,
+                  std::uint16_t style) {
   const std::size_t index = GetIndex(x, y);
   if (_styles[index] != kNoStyle && _cells[index].depth >= depth) return;
   _cells[index] = {depth, normalX, normalY};
   _styles[index] = style;
 }
 
-bool PreviewSurface::IsSeen(const ViewPoint& point) const {
+bool Surface::IsSeen(const ViewPoint& point) const {
   // The cells about the point: lines along an edge of the surface are not to come and go.
   const int x = static_cast<int>(std::clamp(point.x, 0.0, _width - 1.0));
   const int y = static_cast<int>(std::clamp(point.y, 0.0, _height - 1.0));
@@ -188,7 +188,7 @@ bool PreviewSurface::IsSeen(const ViewPoint& point) const {
 
 /// Makes the drawing of an image: finds the areas, then the lines between them, each of which is
 /// simplified once for both of its sides.
-class PreviewSurface::Tracer {
+class Surface::Tracer {
  public:
   struct Settings {
     int shades;
@@ -196,7 +196,7 @@ class PreviewSurface::Tracer {
     double tolerance;
   };
 
-  Tracer(const PreviewSurface& surface, const Settings& settings)
+  Tracer(const Surface& surface, const Settings& settings)
       : _surface(surface),
         _settings(settings),
         _width(surface._width),
@@ -282,7 +282,7 @@ class PreviewSurface::Tracer {
         const float light = 0.5F + 0.5F * dot(normal, kLight);
         const float share = light * std::sqrt(light);
         const int last = _settings.shades - 1;
-        const int shade = static_cast<int>(share * static_cast<float>(last) + 0.5F);
+        const int shade = static_cast<int>(std::lround(share * static_cast<float>(last)));
         _shades[cell] = static_cast<std::uint8_t>(shade * (kShades - 1) / last);
       }
     }
@@ -614,7 +614,7 @@ class PreviewSurface::Tracer {
     }
   }
 
-  const PreviewSurface& _surface;
+  const Surface& _surface;
   const Settings _settings;
   const int _width;
   const int _height;
@@ -628,7 +628,7 @@ class PreviewSurface::Tracer {
   Drawing _drawing;
 };
 
-PreviewSurface::Drawing PreviewSurface::Draw(std::size_t mostBytes) const {
+Surface::Drawing Surface::Draw(std::size_t mostBytes) const {
   Tracer::Settings settings{kShades, 6, 1.4};
   for (int attempt = 0;; ++attempt) {
     Drawing drawing = Tracer(*this, settings).Trace();
@@ -640,10 +640,11 @@ PreviewSurface::Drawing PreviewSurface::Draw(std::size_t mostBytes) const {
       drawing.edges.clear();
     }
     if (bytes <= mostBytes || attempt == 5) return drawing;
-    settings.shades = std::max(8, settings.shades / 2);
-    settings.leastArea *= 4;
-    settings.tolerance *= 1.4;
+    const bool isMuch = bytes / 3 > mostBytes;
+    settings.shades = std::max(8, settings.shades / (isMuch ? 4 : 2));
+    settings.leastArea *= isMuch ? 16 : 4;
+    settings.tolerance *= isMuch ? 2.0 : 1.4;
   }
 }
 
-}  // namespace kova::translate
+}  // namespace kova::translate::preview

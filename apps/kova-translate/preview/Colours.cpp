@@ -1,10 +1,10 @@
-#include "apps/kova-translate/PreviewColours.h"
+#include "apps/kova-translate/preview/Colours.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-namespace kova::translate {
+namespace kova::translate::preview {
 
 namespace {
 
@@ -89,4 +89,4 @@ SeenColour getPartColour(int index) {
   return SeenColour::FromHue(index % 2 == 0 ? 0.72 : 0.76, strength, hue);
 }
 
-}  // namespace kova::translate
+}  // namespace kova::translate::preview

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace kova::translate {
+namespace kova::translate::preview {
 
 /// A point as the viewer sees it: x to the right, y down, depth towards the viewer, all to the same
 /// scale.
@@ -20,7 +20,7 @@ struct ViewPoint {
 /// What is seen of triangles, first as an image of cells with depths, then as outlines of evenly
 /// shaded areas. So the drawing depends on what there is to see and not on the number of triangles,
 /// and what hides what is right also where triangles cross.
-class PreviewSurface {
+class Surface {
  public:
   /// How brightly an area is lit, from 0 to `kShades` - 1.
   static constexpr int kShades = 64;
@@ -38,7 +38,7 @@ class PreviewSurface {
   };
 
   /// @param width,height  in cells, each at least 1.
-  PreviewSurface(int width, int height);
+  Surface(int width, int height);
 
   /// Both sides of the triangle are seen. Corners are in cells; cell (0, 0) reaches from 0 to 1.
   /// @param style  from 0 to 65534.
@@ -105,4 +105,4 @@ struct GridPoint {
 /// ends stay. Takes time in proportion to the points.
 std::vector<GridPoint> simplify(const std::vector<GridPoint>& line, double tolerance);
 
-}  // namespace kova::translate
+}  // namespace kova::translate::preview
