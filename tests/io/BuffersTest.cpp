@@ -344,6 +344,39 @@ TEST_F(Buffers, BinaryWritesReadBack) {
   }
 }
 
+// Long pieces go past the window, short ones into it, some over what is there.
+TEST_F(Buffers, PiecesOfAnyLengthLandWhereTheyBelong) {
+  std::vector<int> expected;
+  {
+    KOVADefaultBinaryBuffer output(file("pieces"), 1);
+    int next = 0;
+    for (const auto& [from, count] : {std::pair{0, 10},
+                                      {10, 40000},
+                                      {40010, 3},
+                                      {5, 20000},
+                                      {20005, 2},
+                                      {9, 1},
+                                      {40013, 30000},
+                                      {70013, 600}}) {
+      std::vector<int> piece(static_cast<std::size_t>(count));
+      for (int& value : piece) value = ++next;
+      expected.resize(std::max(expected.size(), static_cast<std::size_t>(from + count)));
+      std::copy(piece.begin(), piece.end(), expected.begin() + from);
+      ASSERT_EQ(output.SetOffset(4L * from), KOVAResultCode::kSuccess);
+      ASSERT_EQ(output.WriteInts(piece.data(), count), KOVAResultCode::kSuccess);
+      ASSERT_EQ(output.GetSize(), 4L * static_cast<long>(expected.size()));
+      int last = 0;
+      ASSERT_EQ(output.SetOffset(4L * (from + count - 1)), KOVAResultCode::kSuccess);
+      ASSERT_EQ(output.ReadInt(last), KOVAResultCode::kSuccess);
+      ASSERT_EQ(last, next);
+    }
+  }
+  KOVADefaultBinaryBuffer input(file("pieces"), 0);
+  std::vector<int> read(expected.size());
+  ASSERT_EQ(input.ReadInts(read.data(), static_cast<int>(read.size())), KOVAResultCode::kSuccess);
+  EXPECT_EQ(read, expected);
+}
+
 TEST_F(Buffers, AFullDiskIsNoticed) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "there is no /dev/full";
   KOVADefaultBinaryBuffer output(KOVAFileHandle(new KOVAFile(KOVAFilePath("/dev/full", false))), 1);
