@@ -3,6 +3,7 @@
 #include "kovabase/strings/KOVAString.h"
 #include "translators/interface/ByteWindow.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>

@@ -5,6 +5,7 @@
 #include "translators/interface/Text.h"
 #include "translators/model/Placement.h"
 
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>

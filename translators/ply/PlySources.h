@@ -11,7 +11,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 /// The values behind the header of a PLY file. Both sources have the same functions, which readers
 /// call value by value; false is the end of the reading, and `GetFailure` says why.
@@ -80,7 +83,9 @@ class BinarySource {
     const char* bytes;
     if (!Take(type, bytes)) return false;
     switch (type) {
-      case Type::kInt8: value = Load<std::int8_t, std::uint8_t>(bytes); break;
+      case Type::kInt8:
+        value = (std::int64_t{Load<std::uint8_t, std::uint8_t>(bytes)} ^ 128) - 128;
+        break;
       case Type::kUint8: value = Load<std::uint8_t, std::uint8_t>(bytes); break;
       case Type::kInt16: value = Load<std::int16_t, std::uint16_t>(bytes); break;
       case Type::kUint16: value = Load<std::uint16_t, std::uint16_t>(bytes); break;

@@ -7,7 +7,10 @@
 
 #include <algorithm>
 #include <bit>
+#include <cfloat>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace kova::translators {

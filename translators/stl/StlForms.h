@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 /// The two forms of STL.
 namespace kova::translators {
