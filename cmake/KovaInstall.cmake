@@ -2,12 +2,15 @@
 #
 #   Runtime      the shared library
 #   Development  headers, what links against the library, and what translators are written with
-#   Program      kova-translate, and the memory monitor that its timings show
+#   Program      kova-translate with its manual page, and the memory monitor that its timings show
 #   Translators  the libraries that the program loads by name
 #
 # Nothing that is installed names a folder of the machine that built it: the tree can be moved.
 
 include(CMakePackageConfigHelpers)
+if(KOVABASE_PACKAGES)
+  include(KovaPackages)
+endif()
 
 set(_kova_cmake_dir "${CMAKE_INSTALL_LIBDIR}/cmake/KOVABase")
 set(_kova_plugin_dir "${CMAKE_INSTALL_LIBDIR}/kovabase")
@@ -44,6 +47,20 @@ if(KOVABASE_BUILD_APPS)
 
   # The program and the translators.
   install(TARGETS kova-translate EXPORT KOVABaseProgramTargets RUNTIME COMPONENT Program)
+  set(_kova_page "${PROJECT_SOURCE_DIR}/packaging/manual/kova-translate.1")
+  if(KOVABASE_PACKAGES)
+    kova_gzip("${_kova_page}" "${PROJECT_BINARY_DIR}/packaging/kova-translate.1.gz")
+    set(_kova_page "${PROJECT_BINARY_DIR}/packaging/kova-translate.1.gz")
+  endif()
+  install(
+    FILES "${_kova_page}"
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+    COMPONENT Program)
+  install(
+    FILES "${PROJECT_SOURCE_DIR}/packaging/manual/kova-translate.bash"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+    RENAME kova-translate
+    COMPONENT Program)
   get_property(_kova_translators GLOBAL PROPERTY KOVA_TRANSLATORS)
   install(
     TARGETS ${_kova_translators}
@@ -101,3 +118,4 @@ foreach(name IN LISTS _kova_pc_files)
 endforeach()
 
 include(KovaGdb)
+
