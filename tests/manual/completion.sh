@@ -4,6 +4,8 @@
 
 set -eu
 program="$1"
+# It works inside a completion alone.
+# shellcheck disable=SC2317
 compopt() { :; }
 # shellcheck source=/dev/null
 source "$2"
@@ -45,7 +47,7 @@ _kova_translate "$program"
 offered=" ${COMPREPLY[*]} "
 for option in $("$program" --help | grep -oE '^ +(-[a-z],)?--[a-z-]+' | grep -oE -- '--[a-z-]+'); do
   [[ $offered == *" $option "* ]] || { echo "$option is not offered"; failures=$((failures + 1)); }
-  COMP_WORDS=(kova-translate "$option" = '') COMP_CWORD=3
+  COMP_WORDS=(kova-translate "$option" "=" '') COMP_CWORD=3
   [[ $option == --config || $option == --set ]] || _kova_translate "$program"
   for word in "${COMPREPLY[@]}"; do
     [[ $option == --@(to|unit|stats|progress|log-level) ]] || continue
