@@ -16,6 +16,18 @@ Fields::Fields(Document& document, RecordNumber record, const char* list)
       _parameters(list == nullptr ? kNoParameters : list),
       _hasFailed(list == nullptr) {
   if (_hasFailed) _document.Complain(_record, "it lacks a part that it must have");
+  // Told once, at the end.
+  _hasFailed |= _document.IsExhausted();
+}
+
+Fields::~Fields() {
+  const char* const begin =
+      _document.GetText().data() + _document.GetRecords()[_record].GetOffset();
+  const char* const end = _parameters.GetPosition();
+  // Without a list the parameters are not those of the file.
+  _document.Charge(end > begin && end <= begin + _document.GetText().size()
+                       ? static_cast<std::size_t>(end - begin)
+                       : 0);
 }
 
 void Fields::Fail(const char* wanted) {

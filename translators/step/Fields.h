@@ -24,6 +24,10 @@ class Fields {
       : Fields(document, record, document.GetList(record)) {}
   /// @param list  the parameters of one keyword of a complex record; null is told as its lack.
   Fields(Document& document, RecordNumber record, const char* list);
+  Fields(const Fields&) = default;
+  Fields& operator=(const Fields&) = delete;
+  /// What was looked at is counted.
+  ~Fields();
 
   explicit operator bool() const { return !_hasFailed; }
 

@@ -14,7 +14,7 @@ namespace {
 // Deeper curves of curves are no curves that anybody drew.
 constexpr int kMostDepth = 24;
 constexpr std::uint64_t kMostPieces = 200000;
-constexpr std::int64_t kMostDegree = 60;
+constexpr std::int64_t kMostDegree = 32;
 // Work is counted in evaluations of a curve of degree 1, about.
 constexpr std::int64_t kLeastWork = 20'000'000;
 constexpr std::int64_t kWorkPerByte = 60;
@@ -309,6 +309,7 @@ Geometry::Curve Geometry::ReadComposite(RecordNumber record, int depth) {
   Fields fields(_document, record);
   std::vector<RecordNumber> records;
   fields.Skip().References(records);
+  _work -= static_cast<std::int64_t>(10 * records.size());
   if (!fields) return {};
   Curve composite;
   composite.pieces = 0;
@@ -326,6 +327,7 @@ Geometry::Curve Geometry::ReadComposite(RecordNumber record, int depth) {
     if (composite.pieces > kMostPieces) return Refuse(record, "the curve has too many pieces");
     segments.push_back({curve.curve, isForward});
   }
+  _work -= 100 * static_cast<std::int64_t>(composite.pieces);
   composite.curve = makeComposite(std::move(segments));
   if (composite.curve == nullptr) return Refuse(record, "a segment of the curve has no ends");
   return composite;
@@ -341,8 +343,9 @@ Geometry::Curve Geometry::ReadBSpline(RecordNumber record, Keyword keyword) {
   std::vector<RecordNumber> records;
   fields.References(records);
   fields.Skip(3);
+  _work -= static_cast<std::int64_t>(10 * records.size());
   if (!fields) return {};
-  if (degree < 1 || degree > kMostDegree) return Refuse(record, "the degree is not 1 to 60");
+  if (degree < 1 || degree > kMostDegree) return Refuse(record, "the degree is not 1 to 32");
   _work -= static_cast<std::int64_t>(10 * records.size()) * (degree + 1) * (degree + 1);
   std::vector<Point> poles;
   if (!ReadPoints(records, poles)) return {};

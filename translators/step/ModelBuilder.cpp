@@ -30,6 +30,7 @@ constexpr double kMostAngle = 180.0;
 // write it go over every point of every instance.
 constexpr std::uint64_t kLeastInstances = 80000;
 constexpr std::uint64_t kBytesPerInstance = 24;
+constexpr std::uint64_t kLeastNameUnits = 4'000'000;
 constexpr double kLeastPlacedPoints = 2e7;
 constexpr double kPlacedPointsPerByte = 50.0;
 
@@ -73,10 +74,12 @@ class ModelBuilder {
         _parts(document, _geometry, _styles,
                readPositive(options, "Step.Read.Tolerance", kStandardTolerance),
                std::min(readPositive(options, "Step.Read.Angle", kStandardAngle), kMostAngle) *
-                   std::numbers::pi / 180.0) {}
+                   std::numbers::pi / 180.0),
+        _nameUnits(kLeastNameUnits + document.GetText().size()) {}
 
   KOVAResult Run() {
     _structure.Read();
+    if (_document.IsExhausted()) return FailExhausted();
     _model.unit = _structure.GetUnit();
     const std::size_t nodes = _structure.GetNodes().size();
     _states.assign(nodes, State{});
@@ -108,6 +111,12 @@ class ModelBuilder {
   };
 
   const Report& GetReport() const { return _document.GetReport(); }
+
+  KOVAResult FailExhausted() const {
+    return GetReport().Fail(KOVAResultCode::kInvalidFile, {},
+                            "its records refer to each other so often that reading them would take "
+                            "too long");
+  }
 
   KOVAResult FailCycle(int node) const {
     const RecordNumber record = _structure.GetNodes()[static_cast<std::size_t>(node)].record;
@@ -155,6 +164,7 @@ class ModelBuilder {
         enter(child);
       }
     }
+    if (_document.IsExhausted()) return FailExhausted();
     if (!_parts.GetAllowance().isExhausted) return KOVAResultCode::kSuccess;
     return GetReport().Fail(KOVAResultCode::kInvalidFile, {},
                             "its shapes share geometry so often that the model would be many times "
@@ -178,7 +188,7 @@ class ModelBuilder {
     state.instances = 1.0;
     state.points = static_cast<double>(countPoints(part));
     _model.parts.add(part);
-    _model.parts[state.part].name = _structure.GetName(number);
+    TakeName(_structure.GetName(number), node.record, _model.parts[state.part].name);
     _extents.push_back(findExtent(part));
   }
 
@@ -240,6 +250,17 @@ class ModelBuilder {
     }
   }
 
+  // A long name may be that of very many instances, and each has a copy.
+  void TakeName(const KOVAString& name, RecordNumber record, KOVAString& copy) {
+    const std::uint64_t units = static_cast<std::uint64_t>(name.length());
+    if (units > _nameUnits) {
+      _document.Complain(record, "its name is too long to be given to all that have it");
+      return;
+    }
+    _nameUnits -= units;
+    copy = name;
+  }
+
   void AddInstance(int part, const KOVAMorph3D& placement, RecordNumber occurrence,
                    const Looks& looks) {
     // Everything that it moves must stay finite.
@@ -257,7 +278,9 @@ class ModelBuilder {
     instance.part = part;
     instance.placement = placement;
     instance.looks = looks;
-    if (occurrence != kNoRecord) instance.name = _structure.GetOccurrenceName(occurrence);
+    if (occurrence != kNoRecord) {
+      TakeName(_structure.GetOccurrenceName(occurrence), occurrence, instance.name);
+    }
     _model.instances.add(instance);
   }
 
@@ -272,6 +295,7 @@ class ModelBuilder {
   std::vector<State> _states;
   std::vector<double> _extents;
   std::size_t _builtNodes = 0;
+  std::uint64_t _nameUnits;
 };
 
 }  // namespace

@@ -12,6 +12,8 @@ namespace kova::translators::step {
 namespace {
 
 constexpr int kMostSubedges = 16;
+// Of one chain.
+constexpr std::uint64_t kMostPoints = 10000;
 
 double getDistance(const Point& a, const Point& b) {
   return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
@@ -20,8 +22,8 @@ double getDistance(const Point& a, const Point& b) {
 }  // namespace
 
 Allowance::Allowance(std::uint64_t fileBytes)
-    : points(300000 + fileBytes / 4),
-      curves(300000 + fileBytes / 8),
+    : points(150000 + fileBytes / 4),
+      curves(100000 + fileBytes / 16),
       triangles(300000 + fileBytes / 3),
       vertices(200000 + fileBytes / 8) {}
 
@@ -159,12 +161,12 @@ void PartBuilder::VisitRecord(RecordNumber record, const Looks& around) {
 
 ChainLimits PartBuilder::GetLimits() const {
   // Towards the end of what is allowed, chords become longer.
-  constexpr std::uint64_t kMostPoints = 10000;
+  constexpr std::uint64_t kShare = 16;
   ChainLimits limits;
   limits.tolerance = _tolerance / _millimetres;
   limits.angle = _angle;
-  limits.mostPoints =
-      static_cast<int>(std::clamp<std::uint64_t>(_allowance.points / 16, 2, kMostPoints));
+  limits.mostPoints = static_cast<int>(std::clamp<std::uint64_t>(
+      _allowance.points / kShare, Allowance::kPointsPerCurve, kMostPoints));
   return limits;
 }
 
@@ -198,10 +200,12 @@ void PartBuilder::AddEdge(RecordNumber record, const Looks& around) {
   }
   const SpaceCurveHandle curve = _geometry.ReadCurve(curveRecord);
   if (curve == nullptr) return;
-  if (!sampleEdge(*curve, start, end, isForward, GetLimits(), _chain)) {
+  const ChainLimits limits = GetLimits();
+  if (!sampleEdge(*curve, start, end, isForward, limits, _chain)) {
     _document.Complain(record, "the curve between the ends of the edge is not finite");
     return;
   }
+  CheckChain(record, limits);
   AddChain(record, _styles.Get(record, _styles.Get(curveRecord, around, true), true));
 }
 
@@ -214,11 +218,18 @@ void PartBuilder::AddCurve(RecordNumber record, const Looks& looks) {
     _document.Complain(record, "a curve without ends is not translated");
     return;
   }
-  if (!sample(*curve, low, high, GetLimits(), _chain)) {
+  const ChainLimits limits = GetLimits();
+  if (!sample(*curve, low, high, limits, _chain)) {
     _document.Complain(record, "the curve is not finite");
     return;
   }
+  CheckChain(record, limits);
   AddChain(record, looks);
+}
+
+void PartBuilder::CheckChain(RecordNumber record, const ChainLimits& limits) {
+  if (_chain.points.size() < static_cast<std::size_t>(limits.mostPoints)) return;
+  _document.Complain(record, "it is shown by fewer points than the tolerance asks for");
 }
 
 void PartBuilder::AddChain(RecordNumber record, const Looks& looks) {
@@ -238,8 +249,9 @@ void PartBuilder::AddChain(RecordNumber record, const Looks& looks) {
     _document.Complain(record, "its length is too large");
     return;
   }
-  if (!_allowance.Take(_allowance.points, _chain.points.size()) ||
-      !_allowance.Take(_allowance.curves, 1)) {
+  const std::uint64_t count = _chain.points.size();
+  if (!_allowance.Take(_allowance.curves, 1) ||
+      !_allowance.Take(_allowance.points, count - std::min(count, Allowance::kPointsPerCurve))) {
     return;
   }
   for (const Point& point : _chain.points) _part.points.add(point);

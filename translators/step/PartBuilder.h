@@ -20,6 +20,10 @@ namespace kova::translators::step {
 struct Allowance {
   explicit Allowance(std::uint64_t fileBytes);
 
+  /// Points that come with each curve.
+  static constexpr std::uint64_t kPointsPerCurve = 4;
+
+  /// Of curves, beyond those that come with them.
   std::uint64_t points;
   std::uint64_t curves;
   std::uint64_t triangles;
@@ -92,6 +96,7 @@ class PartBuilder {
   void AddSides();
   void AddChain(RecordNumber record, const Looks& looks);
   ChainLimits GetLimits() const;
+  void CheckChain(RecordNumber record, const ChainLimits& limits);
 
   Coordinates* ReadCoordinates(RecordNumber record);
   void AddTriangles(RecordNumber record, bool isFace, Tessellation form, const Looks& looks);

@@ -411,30 +411,38 @@ double ProductStructure::GetScale(RecordNumber representation) {
                                                                         : 1.0;
 }
 
-KOVAString ProductStructure::GetName(int node) {
-  const RecordNumber record = _nodes[static_cast<std::size_t>(node)].record;
-  if (_document.GetKeyword(record) != Keyword::kProductDefinition) {
-    const bool isComplex = _document.GetRecords()[record].IsComplex();
-    Fields fields(_document, record,
-                  isComplex ? _document.FindPart(record, Keyword::kRepresentation)
-                            : _document.GetList(record));
-    return fields.Text();
+const KOVAString& ProductStructure::GetName(int node) {
+  RecordNumber record = _nodes[static_cast<std::size_t>(node)].record;
+  const bool isProduct = _document.GetKeyword(record) == Keyword::kProductDefinition;
+  if (isProduct) {
+    Fields definition(_document, record);
+    const RecordNumber formation = definition.Skip(2).Reference();
+    if (!definition) return _names[kNoRecord];
+    Fields version(_document, formation);
+    record = version.Skip(2).Reference();
+    if (!version) return _names[kNoRecord];
   }
-  Fields definition(_document, record);
-  const RecordNumber formation = definition.Skip(2).Reference();
-  if (!definition) return KOVAString();
-  Fields version(_document, formation);
-  const RecordNumber product = version.Skip(2).Reference();
-  if (!version) return KOVAString();
-  Fields fields(_document, product);
-  const KOVAString id = fields.Text();
-  const KOVAString name = fields.Text();
-  return name.isEmpty() ? id : name;
+  const auto [entry, isNew] = _names.emplace(record, KOVAString());
+  KOVAString& name = entry->second;
+  if (!isNew) return name;
+  const bool isComplex = _document.GetRecords()[record].IsComplex();
+  Fields fields(_document, record,
+                isComplex && !isProduct ? _document.FindPart(record, Keyword::kRepresentation)
+                                        : _document.GetList(record));
+  name = fields.Text();
+  if (!isProduct) return name;
+  const KOVAString second = fields.Text();
+  if (!second.isEmpty()) name = second;
+  return name;
 }
 
-KOVAString ProductStructure::GetOccurrenceName(RecordNumber occurrence) {
-  Fields fields(_document, occurrence);
-  return fields.Skip().Text();
+const KOVAString& ProductStructure::GetOccurrenceName(RecordNumber occurrence) {
+  const auto [entry, isNew] = _names.emplace(occurrence, KOVAString());
+  if (isNew) {
+    Fields fields(_document, occurrence);
+    entry->second = fields.Skip().Text();
+  }
+  return entry->second;
 }
 
 }  // namespace kova::translators::step

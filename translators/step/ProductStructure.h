@@ -65,8 +65,8 @@ class ProductStructure {
   double GetScale(RecordNumber representation);
 
   /// The product's name, else its id; of shapes without a product the representation's name.
-  KOVAString GetName(int node);
-  KOVAString GetOccurrenceName(RecordNumber occurrence);
+  const KOVAString& GetName(int node);
+  const KOVAString& GetOccurrenceName(RecordNumber occurrence);
 
  private:
   struct Relationship {
@@ -130,6 +130,8 @@ class ProductStructure {
   std::unordered_map<RecordNumber, int> _nodeByDefinition;
   std::unordered_map<RecordNumber, int> _nodeByRepresentation;
   std::unordered_map<RecordNumber, Representation> _representations;
+  /// By product, representation or occurrence.
+  std::unordered_map<RecordNumber, KOVAString> _names;
   /// The relationship that places an occurrence.
   std::unordered_map<RecordNumber, RecordNumber> _placementByOccurrence;
   /// Relationships that place occurrences; sorted.

@@ -219,6 +219,13 @@ std::uint64_t Document::GetLine(std::size_t offset) const {
   return line;
 }
 
+bool Document::Charge(std::size_t bytes) {
+  // What a record costs besides its bytes.
+  constexpr std::size_t kRecordBytes = 32;
+  _lookedAt += bytes + kRecordBytes;
+  return !IsExhausted();
+}
+
 void Document::Complain(RecordNumber record, const std::string& text) {
   _troubles.Add(text, _records[record].GetOffset(), [&] { return Describe(record) + ": " + text; });
 }

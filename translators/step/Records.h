@@ -190,6 +190,12 @@ class Document {
   std::string Describe(RecordNumber record) const;
   std::uint64_t GetLine(std::size_t offset) const;
 
+  /// Counts text that was looked at, so that a file whose records refer to the same long ones over
+  /// and over does not take for ever.
+  /// @return false once that is much more than the file has: nothing is to be read any more.
+  bool Charge(std::size_t bytes);
+  bool IsExhausted() const { return _lookedAt > kLeastLooks + kLooksPerByte * _text.size(); }
+
   /// Trouble with a record; `text` is what is told behind its description.
   void Complain(RecordNumber record, const std::string& text);
   /// A reference to what the file does not define.
@@ -211,6 +217,9 @@ class Document {
   std::vector<RecordNumber> layerAssignments;
 
  private:
+  static constexpr std::uint64_t kLeastLooks = 500'000'000;
+  static constexpr std::uint64_t kLooksPerByte = 50;
+
   std::string DescribeType(const RecordReader& reader, const char* body) const;
   void ComplainOfDuplicate(RecordNumber record, RecordNumber first);
 
@@ -222,6 +231,7 @@ class Document {
   /// The others, sorted.
   std::vector<std::pair<std::uint64_t, RecordNumber>> _byLargeId;
   Troubles _troubles;
+  std::uint64_t _lookedAt = 0;
 };
 
 }  // namespace kova::translators::step

@@ -146,6 +146,7 @@ Styles::StyleColours Styles::FindColours(RecordNumber style) {
         parameters.Skip();
       }
     }
+    if (!_document.Charge(static_cast<std::size_t>(parameters.GetPosition() - list))) break;
     std::reverse(stack.begin() + static_cast<std::ptrdiff_t>(first), stack.end());
   }
   _knownStyles.emplace(style, colours);

@@ -139,6 +139,46 @@ TEST(StepReader, TakesTheHeader) {
                "Originating system : sys\nSchema : AUTOMOTIVE_DESIGN\n");
 }
 
+TEST(StepReader, HandsOutOneEntityReaderPerRecord) {
+  std::string text = makeFile(std::string(kUnits) + makeProduct(100, "p", "#24", 1) +
+                              "ENDSEC;DATA;#4000000000=FOO('');");
+  const Report report(RecordingListener::kFile);
+  const KOVAOptions options;
+  KOVAFileHeader header;
+  Model model;
+  const ReadRequest request{KOVAFileHandle(),
+                            reinterpret_cast<unsigned char*>(text.data()),
+                            text.size(),
+                            report,
+                            options,
+                            header,
+                            model};
+  KOVAReader reader(createReader(request));
+  EXPECT_TRUE(reader.ReadHeaderSection().IsSuccess());
+  EXPECT_TRUE(reader.ReadFileInfoSection().IsSuccess());
+  EXPECT_TRUE(reader.ReadDataSection().IsSuccess());
+  // Units, contexts and products; besides them stands the step that found the records.
+  EXPECT_EQ(reader.GetFileInfoEntityList().size(), 1 + 8 + 5);
+  KOVADynamicArray<KOVAEntityReader*> data = reader.GetDataEntityList();
+  ASSERT_EQ(data.size(), 16 + 1 + 1);
+  int id = -1;
+  EXPECT_TRUE(data[1]->GetEntityId(id).IsSuccess());
+  EXPECT_EQ(id, 10);
+  EXPECT_EQ(encodeText(data[1]->GetEntityType()), "CARTESIAN_POINT");
+  EXPECT_TRUE(data[17]->GetEntityId(id).IsFailure());
+  std::FILE* const stream = std::tmpfile();
+  ASSERT_NE(stream, nullptr);
+  data[17]->DumpData(5, stream);
+  std::rewind(stream);
+  char dump[200] = {};
+  EXPECT_GT(std::fread(dump, 1, sizeof dump - 1, stream), 0U);
+  std::fclose(stream);
+  EXPECT_NE(std::string(dump).find("#4000"), std::string::npos) << dump;
+  EXPECT_TRUE(reader.Resolve().IsSuccess());
+  reader.ReleaseEntityReaders();
+  EXPECT_EQ(reader.GetDataEntityList().size(), 0);
+}
+
 TEST(StepReader, NamesErrorsOfSyntax) {
   const std::string header = kHeader;  // seven lines
   const struct {
