@@ -162,7 +162,7 @@ class StepFormatReader : public KOVAFormatReader {
     if (!scanner.Expect(';')) return false;
     for (;;) {
       const std::size_t offset = scanner.GetOffset();
-      if (!scanner.Accept('#')) {
+      if (scanner.IsAtEnd() || *scanner.GetPosition() != '#') {
         std::string_view word;
         if (!scanner.TakeWord(word)) return false;
         if (word == "ENDSEC") break;

@@ -210,6 +210,7 @@ bool Scanner::TakeWord(std::string_view& word) {
 }
 
 bool Scanner::TakeId(std::uint64_t& id) {
+  ++_at;
   const auto [behind, error] = std::from_chars(_at, _end, id);
   if (error == std::errc::result_out_of_range) {
     return Fail(

@@ -28,7 +28,7 @@ class Scanner {
   bool Expect(char c);
   /// A keyword or the name of a section, and the space behind it. Empty when there is none.
   bool TakeWord(std::string_view& word);
-  /// The digits behind a '#', and the space behind them.
+  /// At '#': steps over it, the digits directly behind it, and the space behind them.
   bool TakeId(std::uint64_t& id);
   /// At '(': steps over a whole list of parameters and the space behind it.
   /// @param isComplex  the list is that of a complex record: keywords, each with its parameters.
