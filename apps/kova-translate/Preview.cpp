@@ -59,7 +59,7 @@ constexpr int kMostLegendEntries = 12;
 
 // Cells of the surface in one unit, and in all.
 constexpr double kCellsPerUnit = 2.0;
-constexpr double kMostCells = 2.0e6;
+constexpr double kMostCells = 1.6e6;
 constexpr double kShadowCellsPerUnit = 0.4;
 
 constexpr std::size_t kMostSurfaceBytes = 1'900'000;

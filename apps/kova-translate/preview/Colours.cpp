@@ -66,9 +66,14 @@ SeenColour SeenColour::Mix(const SeenColour& other, double share) const {
 
 std::string SeenColour::ToText() const {
   SeenColour shown = *this;
-  for (int i = 0; i < 40 && !toLinear(shown).CanBeShown(); ++i) {
-    shown.greenRed *= 0.94;
-    shown.blueYellow *= 0.94;
+  if (!toLinear(shown).CanBeShown()) {
+    // By halves and not by steps: shades beside each other stay alike.
+    double share = 0.0;
+    for (double step = 0.5; step > 0.001; step /= 2.0) {
+      const double more = share + step;
+      if (toLinear({lightness, more * greenRed, more * blueYellow}).CanBeShown()) share = more;
+    }
+    shown = {lightness, share * greenRed, share * blueYellow};
   }
   std::string text = "#";
   for (const double channel : toLinear(shown).channels) {

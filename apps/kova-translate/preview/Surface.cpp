@@ -4,8 +4,9 @@
 #include <charconv>
 #include <cmath>
 #include <numbers>
-#include <numeric>
+#include <optional>
 #include <tuple>
+#include <utility>
 
 namespace kova::translate::preview {
 
@@ -194,6 +195,7 @@ class Surface::Tracer {
     int shades;
     int leastArea;
     double tolerance;
+    bool keepsSteps;
   };
 
   Tracer(const Surface& surface, const Settings& settings)
@@ -203,11 +205,12 @@ class Surface::Tracer {
         _height(surface._height),
         _isFine(surface._area < 9.0 * static_cast<double>(surface._triangles)) {}
 
-  Drawing Trace() {
+  /// @param mostSides  of cells that may lie on borders; with more there is no drawing.
+  std::optional<Drawing> Trace(std::size_t mostSides) {
     FindShades();
     FindAreas();
     MergeSmallAreas();
-    FindBorders();
+    if (FindBorders() > mostSides) return std::nullopt;
     FollowBorders(kAll, [this](Border& border) {
       border.points = simplify(border.points, _settings.tolerance);
       _borders.push_back(std::move(border));
@@ -340,21 +343,33 @@ class Surface::Tracer {
     }
   }
 
-  /// Gives every small area to the neighbour with which it shares the longest border.
+  /// Gives every small area to a neighbour, mostly that with which it shares the longest border:
+  /// the neighbours vote cell by cell, and one that differs from the favourite takes a vote away.
   void MergeSmallAreas() {
     std::vector<std::int32_t> sizes(_areas.size(), 0);
     for (const Area area : _areas) {
       if (area != kOutside) ++sizes[static_cast<std::size_t>(area)];
     }
-    std::vector<std::pair<Area, Area>> contacts;
+    std::vector<Area> favourites(_areas.size(), kOutside);
+    std::vector<std::int16_t> votes(_areas.size(), 0);
+    const auto vote = [&](Area area, Area neighbour) {
+      const auto index = static_cast<std::size_t>(area);
+      if (sizes[index] >= _settings.leastArea) return;
+      if (favourites[index] == neighbour) {
+        if (votes[index] < 0x7FFF) ++votes[index];
+      } else if (votes[index] == 0) {
+        favourites[index] = neighbour;
+        votes[index] = 1;
+      } else {
+        --votes[index];
+      }
+    };
     const auto touch = [&](std::size_t a, std::size_t b) {
-      const Area areaA = _areas[a];
-      const Area areaB = _areas[b];
-      if (areaA == areaB || areaA == kOutside || areaB == kOutside) return;
-      const bool isSmallA = sizes[static_cast<std::size_t>(areaA)] < _settings.leastArea;
-      const bool isSmallB = sizes[static_cast<std::size_t>(areaB)] < _settings.leastArea;
-      if (isSmallA) contacts.emplace_back(areaA, areaB);
-      if (isSmallB) contacts.emplace_back(areaB, areaA);
+      if (_areas[a] == _areas[b] || _areas[a] == kOutside || _areas[b] == kOutside) return;
+      // What hides another thing does not become a part of it, as long as there is room for both.
+      if (_settings.keepsSteps && IsStep(a, b)) return;
+      vote(_areas[a], _areas[b]);
+      vote(_areas[b], _areas[a]);
     };
     for (int y = 0; y < _height; ++y) {
       for (int x = 0; x < _width; ++x) {
@@ -363,29 +378,17 @@ class Surface::Tracer {
         if (y > 0) touch(cell - static_cast<std::size_t>(_width), cell);
       }
     }
-    std::sort(contacts.begin(), contacts.end());
-    for (std::size_t i = 0; i < contacts.size();) {
-      const Area small = contacts[i].first;
-      Area best = small;
-      std::size_t longest = 0;
-      while (i < contacts.size() && contacts[i].first == small) {
-        const std::size_t begin = i;
-        while (i < contacts.size() && contacts[i] == contacts[begin]) ++i;
-        if (i - begin > longest) {
-          longest = i - begin;
-          best = contacts[begin].second;
-        }
-      }
-      const Area rootSmall = FindRoot(small);
-      const Area rootBest = FindRoot(best);
-      if (rootSmall == rootBest) continue;
+    for (std::size_t small = 0; small < favourites.size(); ++small) {
+      if (favourites[small] == kOutside) continue;
+      Area lesser = FindRoot(static_cast<Area>(small));
+      Area greater = FindRoot(favourites[small]);
+      if (lesser == greater) continue;
       // The larger one gives its look to both.
-      std::int32_t& sizeSmall = sizes[static_cast<std::size_t>(rootSmall)];
-      std::int32_t& sizeBest = sizes[static_cast<std::size_t>(rootBest)];
-      const bool isSwapped = sizeSmall > sizeBest;
-      _areas[static_cast<std::size_t>(isSwapped ? rootBest : rootSmall)] =
-          isSwapped ? rootSmall : rootBest;
-      (isSwapped ? sizeSmall : sizeBest) += isSwapped ? sizeBest : sizeSmall;
+      if (sizes[static_cast<std::size_t>(lesser)] > sizes[static_cast<std::size_t>(greater)]) {
+        std::swap(lesser, greater);
+      }
+      _areas[static_cast<std::size_t>(lesser)] = greater;
+      sizes[static_cast<std::size_t>(greater)] += sizes[static_cast<std::size_t>(lesser)];
     }
     for (std::size_t cell = 0; cell < _areas.size(); ++cell) {
       if (_areas[cell] != kOutside) _areas[cell] = FindRoot(static_cast<Area>(cell));
@@ -408,7 +411,9 @@ class Surface::Tracer {
   static constexpr int kRightKindShift = 4;
   static constexpr int kDownKindShift = 6;
 
-  void FindBorders() {
+  /// @return how many sides of cells are borders.
+  std::size_t FindBorders() {
+    std::size_t count = 0;
     _corners.assign(GetCorner(0, _height + 1), 0);
     for (int y = 0; y <= _height; ++y) {
       for (int x = 0; x <= _width; ++x) {
@@ -421,16 +426,19 @@ class Surface::Tracer {
           const Kind kind =
               isOutline ? kOutline : GetKind(_surface.GetIndex(x, y - 1), _surface.GetIndex(x, y));
           flags |= kRight | static_cast<unsigned>(kind) << kRightKindShift;
+          ++count;
         }
         if (y < _height && here != left) {
           const bool isOutline = here == kOutside || left == kOutside;
           const Kind kind =
               isOutline ? kOutline : GetKind(_surface.GetIndex(x - 1, y), _surface.GetIndex(x, y));
           flags |= kDown | static_cast<unsigned>(kind) << kDownKindShift;
+          ++count;
         }
         _corners[GetCorner(x, y)] = static_cast<std::uint8_t>(flags);
       }
     }
+    return count;
   }
 
   Kind GetKind(std::size_t first, std::size_t second) const {
@@ -489,7 +497,12 @@ class Surface::Tracer {
         for (int x = 0; x <= _width; ++x) {
           // What is left after all borders between nodes are closed lines; each of them has a
           // corner with a border to the right.
-          if (!areNodes && (_corners[GetCorner(x, y)] & kRight) == 0) continue;
+          const std::size_t corner = GetCorner(x, y);
+          const std::size_t above = y > 0 ? GetCorner(x, y - 1) : corner;
+          const unsigned near = _corners[corner] | (_corners[above] & kDown) |
+                                (x > 0 ? _corners[corner - 1] & kRight : 0U);
+          if ((near & (kRight | kDown)) == 0) continue;
+          if (!areNodes && (_corners[corner] & kRight) == 0) continue;
           if (areNodes != IsNode(x, y)) continue;
           for (int direction = 0; direction < (areNodes ? 4 : 1); ++direction) {
             if (!HasBorder(x, y, direction) || IsDone(x, y, direction)) continue;
@@ -629,21 +642,22 @@ class Surface::Tracer {
 };
 
 Surface::Drawing Surface::Draw(std::size_t mostBytes) const {
-  Tracer::Settings settings{kShades, 6, 1.4};
-  for (int attempt = 0;; ++attempt) {
-    Drawing drawing = Tracer(*this, settings).Trace();
-    std::size_t bytes = drawing.outlines.size() + drawing.steps.size() + drawing.edges.size();
-    for (const auto& [look, text] : drawing.areas) bytes += text.size();
-    // So many edges are not edges but the roughness of a surface.
-    if (drawing.edges.size() > mostBytes / 8) {
-      bytes -= drawing.edges.size();
-      drawing.edges.clear();
+  constexpr int kAttempts = 6;
+  Tracer::Settings settings{kShades, 8, 1.4, true};
+  for (int attempt = 1;; ++attempt) {
+    // A side of a cell takes about four bytes in the end.
+    const std::size_t mostSides = attempt < kAttempts ? mostBytes / 3 : ~std::size_t{0};
+    if (std::optional<Drawing> drawing = Tracer(*this, settings).Trace(mostSides)) {
+      // So many edges are not edges but the roughness of a surface.
+      if (drawing->edges.size() > mostBytes / 8) drawing->edges.clear();
+      std::size_t bytes = drawing->outlines.size() + drawing->steps.size() + drawing->edges.size();
+      for (const auto& [look, text] : drawing->areas) bytes += text.size();
+      if (bytes <= mostBytes || attempt == kAttempts) return *std::move(drawing);
     }
-    if (bytes <= mostBytes || attempt == 5) return drawing;
-    const bool isMuch = bytes / 3 > mostBytes;
-    settings.shades = std::max(8, settings.shades / (isMuch ? 4 : 2));
-    settings.leastArea *= isMuch ? 16 : 4;
-    settings.tolerance *= isMuch ? 2.0 : 1.4;
+    settings.shades = std::max(8, settings.shades / 2);
+    settings.leastArea *= 4;
+    settings.tolerance *= 1.4;
+    settings.keepsSteps = false;
   }
 }
 
