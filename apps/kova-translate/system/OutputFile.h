@@ -51,8 +51,8 @@ class OutputFile {
 };
 
 /// Needed on the stack of whoever opens the file of an output for writing. While one lives, signals
-/// wait, for less than a tenth of a second; once a signal ends the process none is made any more, so
-/// that no file appears behind the removal.
+/// wait, for less than a tenth of a second; once a signal ends the process none is made any more,
+/// so that no file appears behind the removal.
 class CreationGuard {
  public:
   CreationGuard();

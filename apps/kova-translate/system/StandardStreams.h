@@ -15,7 +15,7 @@ void fillStandardStreams();
 /// Bytes in memory.
 struct Block {
   struct Free {
-    void operator()(unsigned char* bytes) const { std::free(bytes); }
+    void operator()(unsigned char* block) const { std::free(block); }
   };
   std::unique_ptr<unsigned char, Free> bytes;
   std::size_t count = 0;
