@@ -152,7 +152,7 @@ bool readFile(const std::string& path, KOVAOptions& options, std::string& proble
   for (int i = 0; i < section->GetNumKeys(); ++i) {
     const KOVACfgFileKey& key = *section->GetKey(i);
     if (assign(toUtf8(key.GetName()), key.GetAllValues(), options, problem)) continue;
-    problem = prefix + ": " + problem;
+    problem.insert(0, prefix + ": ");
     return false;
   }
   return true;
@@ -205,7 +205,7 @@ bool applyEnvironment(KOVAOptions& options, std::string& problem) {
     }
     problem = findFault(declared.name, option);
     if (problem.empty()) continue;
-    problem = "the variable " + variable + ": " + problem;
+    problem.insert(0, "the variable " + variable + ": ");
     return false;
   }
   return true;
