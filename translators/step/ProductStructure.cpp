@@ -28,13 +28,7 @@ void ProductStructure::Read() {
   ReadRelationships();
   FollowClaimed();
   ReadOccurrences();
-  if (_claimed.empty()) {
-    // No product has a shape, so that all shapes are shown.
-    for (const RecordNumber representation : _document.shapeRepresentations) {
-      FindOrMakeNode(representation);
-      FollowClaimed();
-    }
-  }
+  ReadOtherShapes();
   sortAll(_placedPairs);
   sortAll(_mappedPairs);
   std::erase_if(_links, [this](const Link& link) { return IsSuperseded(link); });
@@ -77,7 +71,10 @@ void ProductStructure::ReadShapeDefinitions() {
     if (!fields) continue;
     // Shapes of something else, such as a detail of a product, are not the product's.
     const int node = FindProduct(FindDefinition(shape, Keyword::kProductDefinition));
-    if (node < 0) continue;
+    if (node < 0) {
+      _details.push_back(representation);
+      continue;
+    }
     const int owner = GetOwner(representation);
     if (owner < 0) {
       Claim(representation, node);
@@ -233,6 +230,32 @@ void ProductStructure::ReadOccurrences() {
     }
     _links.push_back({LinkKind::kOccurrence, parent, child, record, kNoRecord});
     if (_placementByOccurrence.count(record) != 0) _placedPairs.emplace_back(parent, child);
+  }
+}
+
+bool ProductStructure::HasShape(RecordNumber representation) {
+  const std::vector<RecordNumber>& items = GetItems(representation);
+  return std::any_of(items.begin(), items.end(), [this](RecordNumber item) {
+    const Keyword keyword = _document.GetKeyword(item);
+    return keyword != Keyword::kAxis2Placement && keyword != Keyword::kMappedItem &&
+           keyword != Keyword::kPoint;
+  });
+}
+
+void ProductStructure::ReadOtherShapes() {
+  sortAll(_details);
+  const bool hasProductShape =
+      std::any_of(_claimed.begin(), _claimed.end(),
+                  [this](RecordNumber representation) { return HasShape(representation); });
+  for (const RecordNumber representation : _document.shapeRepresentations) {
+    if (GetOwner(representation) >= 0 || contains(_details, representation)) continue;
+    if (!hasProductShape) {
+      // No product shows anything, so that all shapes do.
+      FindOrMakeNode(representation);
+      FollowClaimed();
+    } else if (HasShape(representation)) {
+      _document.Complain(representation, "it belongs to no product and is not translated");
+    }
   }
 }
 

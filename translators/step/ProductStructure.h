@@ -107,6 +107,9 @@ class ProductStructure {
   void FollowClaimed();
   void FollowMappedItem(RecordNumber representation, RecordNumber item);
   void ReadOccurrences();
+  /// Whether it shows more than placements.
+  bool HasShape(RecordNumber representation);
+  void ReadOtherShapes();
   void FindRoots();
   void FindUnit();
   void PlaceChildren();
@@ -138,6 +141,8 @@ class ProductStructure {
   std::vector<RecordNumber> _usedRelationships;
   /// Representations of nodes in the order in which they were claimed.
   std::vector<RecordNumber> _claimed;
+  /// Shapes of details of products; sorted.
+  std::vector<RecordNumber> _details;
   std::size_t _joined = 0;
   std::size_t _followed = 0;
   /// Plain relationships, both ways, by their first representation.

@@ -435,6 +435,18 @@ TEST(StepReader, JoinsShapesOfAProductAndMapsOthers) {
   EXPECT_EQ(trial.model.colours[0], (Colour{1.0F, 0.5F, 0.0F}));
 }
 
+TEST(StepReader, TellsOfShapesWithoutAProduct) {
+  const std::string loose = "#90=SHAPE_REPRESENTATION('loose',(#24),#1);\n";
+  Trial beside(makeFile(kUnits + makeProduct(100, "p", "#24", 1) + loose));
+  EXPECT_EQ(beside.summary.edges, 1U);
+  EXPECT_EQ(beside.GetFirstWarning(),
+            "line 25: #90=SHAPE_REPRESENTATION: it belongs to no product and is not translated");
+  // When products show nothing, they are all that there is.
+  Trial alone(makeFile(kUnits + makeProduct(100, "p", "#13", 1) + loose));
+  EXPECT_EQ(alone.summary.edges, 1U);
+  EXPECT_EQ(alone.GetPartName(0), "loose");
+}
+
 TEST(StepReader, RefusesAssembliesWithoutEnd) {
   const std::string parts = makeProduct(100, "a", "", 1) + makeProduct(200, "b", "#24", 1);
   Trial cycle(makeFile(kUnits + parts + makeOccurrence(300, "", 100, 200, "#13,#13") +
