@@ -200,10 +200,12 @@ bool Scanner::Expect(char c) {
 
 bool Scanner::TakeWord(std::string_view& word) {
   const char* const begin = _at;
-  if (_at != _end && *_at == '!') ++_at;
-  while (_at != _end && (isLetter(static_cast<unsigned char>(*_at)) ||
-                         isDigit(static_cast<unsigned char>(*_at)) || *_at == '-')) {
-    ++_at;
+  // A digit or '-' begins none, only goes on with one.
+  if (_at != _end && (*_at == '!' || isLetter(static_cast<unsigned char>(*_at)))) {
+    do {
+      ++_at;
+    } while (_at != _end && (isLetter(static_cast<unsigned char>(*_at)) ||
+                             isDigit(static_cast<unsigned char>(*_at)) || *_at == '-'));
   }
   word = {begin, static_cast<std::size_t>(_at - begin)};
   return SkipSpace();

@@ -200,6 +200,8 @@ TEST(StepReader, NamesErrorsOfSyntax) {
       {header + "#1=A(1 2);", "line 8: '2' stands where ',' or ')' is expected"},
       {header + "#1=;", "line 8: a keyword and its parameters are expected"},
       {header + "# 1=A();", "line 8: '#' without the digits of an id"},
+      {header + "#1=2A();", "line 8: a keyword and its parameters are expected"},
+      {header + "#1=-A();", "line 8: a keyword and its parameters are expected"},
       {header + "#x=A();", "line 8: '#' without the digits of an id"},
       {header + "#99999999999999999999=A();", "line 8: the id #99999999999999999999 is too large"},
       {header + "#1=A(@);", "line 8: '@' stands where a parameter is expected"},
