@@ -12,8 +12,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -69,6 +71,10 @@ constexpr std::size_t kFewDotBytes = 1000;
 
 /// Above so many points there is no room for halos and shadows.
 constexpr std::uint64_t kMostFinePoints = 20'000;
+
+void append(std::string& text, std::initializer_list<std::string_view> pieces) {
+  for (const std::string_view piece : pieces) text += piece;
+}
 
 /// Draws one model.
 class Preview {
@@ -418,7 +424,7 @@ class Preview {
         const auto& [style, shade] = look;
         const std::string colour =
             _styles.GetFaceColour(style, shade / (Surface::kShades - 1.0)).ToText();
-        _svg += "<path fill=\"" + colour + "\" stroke=\"" + colour + "\" d=\"" + text + "\"/>\n";
+        append(_svg, {"<path fill=\"", colour, "\" stroke=\"", colour, "\" d=\"", text, "\"/>\n"});
       }
       const auto putLines = [&](const std::string& text, double width, double opacity) {
         if (text.empty()) return;

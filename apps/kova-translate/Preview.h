@@ -15,7 +15,7 @@ namespace kova::translate {
 ///
 /// The image takes at most about 3 MB however large the model is, and the same model always gives
 /// the same bytes. The work grows with the points and triangles of all instances; the memory is
-/// some 40 MiB at most.
+/// some 45 MiB at most.
 /// @param summary  of this model.
 /// @param title  the name that stands in the corner, UTF-8; any bytes do.
 /// What the stream refuses stays in its result.
