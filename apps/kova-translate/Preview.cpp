@@ -237,7 +237,8 @@ class Preview {
     for (int coarseness = _curvePoints <= kMostFinePoints ? 0 : 1; coarseness < 6; ++coarseness) {
       _lines.emplace(page, coarseness, mostBytes);
       if (coarseness != 0) {
-        ForEachCurve([&](const Points& points, const Points&, int) { _lines->Look(points); });
+        ForEachCurve(
+            [&](const Points& points, const Points&, int style) { _lines->Look(points, style); });
       }
       ForEachCurve([&](const Points& points, const Points& shadow, int style) {
         _lines->Add(points, style);

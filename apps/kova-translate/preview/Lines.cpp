@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kLevels = 16;
 constexpr std::uint8_t kClaimed = 0xFF;
+constexpr int kEdgeStyle = -1;
 
 double getLength(const std::vector<ViewPoint>& points) {
   double length = 0.0;
@@ -44,9 +45,9 @@ Lines::Lines(const Page& page, int coarseness, std::size_t mostBytes)
   _cover.assign(static_cast<std::size_t>(_gridWidth) * static_cast<std::size_t>(_gridHeight), 0);
 }
 
-void Lines::Look(const std::vector<ViewPoint>& points) {
+void Lines::Look(const std::vector<ViewPoint>& points, int style) {
   if (IsFine()) return;
-  ForEachChunk(points, [this](const Chunk& chunk) {
+  ForEachChunk(points, style, [this](const Chunk& chunk) {
     VisitCells(chunk, [&](std::uint8_t& cover) {
       cover = std::max(cover, static_cast<std::uint8_t>(chunk.level + 1));
     });
@@ -58,14 +59,15 @@ void Lines::Add(const std::vector<ViewPoint>& points, int style) {
                         points.front().y == points.back().y &&
                         points.front().depth == points.back().depth;
   const double size = getLength(points);
-  ForEachChunk(points, [&](const Chunk& chunk) {
+  ForEachChunk(points, style, [&](const Chunk& chunk) {
     if (IsFull() || (!IsFine() && !Claim(chunk))) return;
-    std::string& text = _paths[{chunk.level, style}];
+    std::string& text =
+        _paths[{chunk.level, chunk.ground == Ground::kSameStyle ? kEdgeStyle : style}];
     const std::size_t before = text.size();
     putLine(chunk.points, text);
     _bytes += text.size() - before;
     _length += getLength(chunk.points);
-    if (IsFine()) PutHalo(chunk, isClosed, size);
+    if (IsFine() && chunk.ground == Ground::kNothing) PutHalo(chunk, isClosed, size);
   });
 }
 
@@ -90,10 +92,13 @@ void Lines::Write(const Styles& styles, double area, std::string& svg) const {
     }
     for (auto path = _paths.lower_bound({level, -1});
          path != _paths.end() && path->first.first == level; ++path) {
+      const bool isEdge = path->first.second == kEdgeStyle;
       const SeenColour colour =
-          kPaper.Mix(styles.GetLineColour(path->first.second), 0.40 + 0.60 * nearness);
+          isEdge ? kInk
+                 : kPaper.Mix(styles.GetLineColour(path->first.second), 0.40 + 0.60 * nearness);
       svg += "<path stroke=\"" + colour.ToText() + "\" stroke-width=\"" +
-             toText(width * kGridPerUnit) + "\" d=\"" + path->second + "\"/>\n";
+             toText((isEdge ? 0.8 : width) * kGridPerUnit) +
+             (isEdge ? "\" stroke-opacity=\"0.45" : "") + "\" d=\"" + path->second + "\"/>\n";
     }
   }
 }
@@ -104,13 +109,22 @@ int Lines::GetLevel(double depth) const {
   return std::clamp(static_cast<int>(share * kLevels), 0, kLevels - 1);
 }
 
+int Lines::Find(const ViewPoint& point, int style, Ground& ground) const {
+  ground = Ground::kNothing;
+  if (_page.surface != nullptr) {
+    int below = style;
+    const Surface::Sight sight = _page.surface->Look(_page.surfacePlace(point), below);
+    if (sight == Surface::Sight::kBehind) return -1;
+    if (sight != Surface::Sight::kBeside) ground = Ground::kTriangles;
+    if (sight == Surface::Sight::kOn && below == style) ground = Ground::kSameStyle;
+  }
+  return GetLevel(point.depth);
+}
+
 /// Cuts a curve where its level changes and where it goes behind the surface.
 template <typename Function>
-void Lines::ForEachChunk(const std::vector<ViewPoint>& points, const Function& use) {
+void Lines::ForEachChunk(const std::vector<ViewPoint>& points, int style, const Function& use) {
   Chunk& chunk = _chunk;
-  const auto isSeen = [this](const ViewPoint& point) {
-    return _page.surface == nullptr || _page.surface->IsSeen(_page.surfacePlace(point));
-  };
   chunk.points.clear();
   const auto flush = [&](bool isLast) {
     chunk.isLast = isLast;
@@ -133,9 +147,11 @@ void Lines::ForEachChunk(const std::vector<ViewPoint>& points, const Function& u
                          std::lerp(p.depth, q.depth, share)};
       };
       const ViewPoint middle = at(step + 0.5);
-      const int level = isSeen(middle) ? GetLevel(middle.depth) : -1;
-      if (level != chunk.level) flush(false);
+      Ground ground = Ground::kNothing;
+      const int level = Find(middle, style, ground);
+      if (level != chunk.level || ground != chunk.ground) flush(false);
       chunk.level = level;
+      chunk.ground = ground;
       if (level < 0) continue;
       if (chunk.points.empty()) {
         chunk.isFirst = i == 0 && step == 0;

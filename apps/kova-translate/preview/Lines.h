@@ -34,7 +34,7 @@ class Lines {
   Lines(const Page& page, int coarseness, std::size_t mostBytes);
 
   /// The points of a curve, at least two.
-  void Look(const std::vector<ViewPoint>& points);
+  void Look(const std::vector<ViewPoint>& points, int style);
   void Add(const std::vector<ViewPoint>& points, int style);
   void AddShadow(const std::vector<ViewPoint>& points);
 
@@ -50,10 +50,14 @@ class Lines {
   static constexpr double kGridPerUnit = 10.0;
 
  private:
+  /// What a line is seen against. On triangles of its own style it is an edge between them.
+  enum class Ground { kNothing, kTriangles, kSameStyle };
+
   /// A piece of a curve at one level of depth.
   struct Chunk {
     /// -1 when nobody sees it.
     int level = -1;
+    Ground ground = Ground::kNothing;
     std::vector<ViewPoint> points;
     /// It begins at the curve's beginning, or ends at its end.
     bool isFirst = false;
@@ -62,8 +66,10 @@ class Lines {
 
   bool IsFine() const { return _cover.empty(); }
   int GetLevel(double depth) const;
+  /// @return the level, -1 when nobody sees the point.
+  int Find(const ViewPoint& point, int style, Ground& ground) const;
   template <typename Function>
-  void ForEachChunk(const std::vector<ViewPoint>& points, const Function& use);
+  void ForEachChunk(const std::vector<ViewPoint>& points, int style, const Function& use);
   template <typename Function>
   void VisitCells(const Chunk& chunk, const Function& visit);
   bool Claim(const Chunk& chunk);
@@ -79,7 +85,7 @@ class Lines {
   /// One more than the level of what is in front in a cell, 0 for nothing, or that it is drawn.
   /// Empty in a fine drawing.
   std::vector<std::uint8_t> _cover;
-  /// By level and style.
+  /// By level and style; with the style -1 the edges between triangles.
   std::map<std::pair<int, int>, std::string> _paths;
   std::map<int, std::string> _halos;
   std::string _shadows;

@@ -174,17 +174,34 @@ void Surface::Put(int x, int y, float depth, std::int16_t normalX, std::int16_t 
   _styles[index] = style;
 }
 
-bool Surface::IsSeen(const ViewPoint& point) const {
+Surface::Sight Surface::Look(const ViewPoint& point, int& style) const {
+  constexpr double kClose = 2.5;
+  // Where a surface falls away from the eye, its own edges may be this far before it.
+  constexpr double kOwnClose = 12.0;
+  const int own = style;
   // The cells about the point: lines along an edge of the surface are not to come and go.
   const int x = static_cast<int>(std::clamp(point.x, 0.0, _width - 1.0));
   const int y = static_cast<int>(std::clamp(point.y, 0.0, _height - 1.0));
+  bool isCovered = false;
+  bool isSeen = false;
   for (int j = std::max(0, y - 1); j <= std::min(_height - 1, y + 1); ++j) {
     for (int i = std::max(0, x - 1); i <= std::min(_width - 1, x + 1); ++i) {
       const std::size_t index = GetIndex(i, j);
-      if (_styles[index] == kNoStyle || _cells[index].depth <= point.depth + 1.0) return true;
+      if (_styles[index] == kNoStyle) {
+        isSeen = true;
+        continue;
+      }
+      isCovered = true;
+      const double distance = point.depth - _cells[index].depth;
+      if (distance >= -kClose && distance <= (_styles[index] == own ? kOwnClose : kClose)) {
+        style = _styles[index];
+        return Sight::kOn;
+      }
+      if (distance > 0.0) isSeen = true;
     }
   }
-  return false;
+  if (!isCovered) return Sight::kBeside;
+  return isSeen ? Sight::kBefore : Sight::kBehind;
 }
 
 /// Makes the drawing of an image: finds the areas, then the lines between them, each of which is

@@ -46,8 +46,11 @@ class Surface {
 
   bool IsEmpty() const { return _triangles == 0; }
 
-  /// Whether a point lies in front of the triangles or on them.
-  bool IsSeen(const ViewPoint& point) const;
+  /// How a point lies to what is seen of the triangles there.
+  enum class Sight { kBeside, kBefore, kOn, kBehind };
+
+  /// @param style  of the point; receives that of the triangle that the point is on, if any.
+  Sight Look(const ViewPoint& point, int& style) const;
 
   /// The drawing in about `mostBytes` at most, more coarsely when needed.
   Drawing Draw(std::size_t mostBytes) const;
