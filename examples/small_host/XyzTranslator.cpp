@@ -15,7 +15,7 @@ class XyzReader : public KOVAFormatReader {
   explicit XyzReader(const ReadRequest& request)
       : KOVAFormatReader(request.file), _request(request), _input(openInput(request, _opened)) {
     _buffer = _input;
-    _dataSections.add(new StepSectionReader(_buffer, [this] { return ReadPoints(); }));
+    _dataSections.add(new FunctionSectionReader(_buffer, [this] { return ReadPoints(); }));
   }
 
  private:

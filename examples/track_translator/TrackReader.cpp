@@ -21,7 +21,7 @@ class TrackReader::LineSection : public KOVASectionReader {
 
   KOVAEntityReader* GetNextKey() override {
     if (_reader.HasLine()) {
-      AddEntityReader(new StepReader(_reader._buffer, [this] { return _reader.ReadLine(); }));
+      AddEntityReader(new FunctionReader(_reader._buffer, [this] { return _reader.ReadLine(); }));
     }
     return KOVASectionReader::GetNextKey();
   }
@@ -41,8 +41,8 @@ TrackReader::TrackReader(const ReadRequest& request)
       _window(_input, kWindowBytes),
       _words(_window) {
   _buffer = _input;
-  _headerSections.add(new StepSectionReader(_buffer, [this] { return ReadHeader(); }));
-  _fileInfoSections.add(new StepSectionReader(_buffer, [this] { return ReadUnit(); }));
+  _headerSections.add(new FunctionSectionReader(_buffer, [this] { return ReadHeader(); }));
+  _fileInfoSections.add(new FunctionSectionReader(_buffer, [this] { return ReadUnit(); }));
   _dataSections.add(new LineSection(*this));
 }
 // [constructor]

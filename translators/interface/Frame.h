@@ -13,40 +13,40 @@ namespace kova::translators {
 
 /// A record that one function reads or writes; mostly a lambda that calls its format reader, which
 /// must live as long.
-class StepReader : public KOVAEntityReader {
+class FunctionReader : public KOVAEntityReader {
  public:
-  using Step = std::function<KOVAResult()>;
-  StepReader(const KOVABufferHandle& buffer, Step step)
-      : KOVAEntityReader(buffer), _step(std::move(step)) {}
-  KOVAResult Read() override { return _step(); }
+  using Function = std::function<KOVAResult()>;
+  FunctionReader(const KOVABufferHandle& buffer, Function function)
+      : KOVAEntityReader(buffer), _function(std::move(function)) {}
+  KOVAResult Read() override { return _function(); }
 
  private:
-  Step _step;
+  Function _function;
 };
 
-class StepWriter : public KOVAEntityWriter {
+class FunctionWriter : public KOVAEntityWriter {
  public:
-  using Step = std::function<KOVAResult()>;
-  StepWriter(const KOVABufferHandle& buffer, Step step)
-      : KOVAEntityWriter(buffer), _step(std::move(step)) {}
-  KOVAResult Write() override { return _step(); }
+  using Function = std::function<KOVAResult()>;
+  FunctionWriter(const KOVABufferHandle& buffer, Function function)
+      : KOVAEntityWriter(buffer), _function(std::move(function)) {}
+  KOVAResult Write() override { return _function(); }
 
  private:
-  Step _step;
+  Function _function;
 };
 
 /// A section that holds one such record.
-class StepSectionReader : public KOVASectionReader {
+class FunctionSectionReader : public KOVASectionReader {
  public:
-  StepSectionReader(const KOVABufferHandle& buffer, StepReader::Step step) {
-    AddEntityReader(new StepReader(buffer, std::move(step)));
+  FunctionSectionReader(const KOVABufferHandle& buffer, FunctionReader::Function function) {
+    AddEntityReader(new FunctionReader(buffer, std::move(function)));
   }
 };
 
-class StepSectionWriter : public KOVASectionWriter {
+class FunctionSectionWriter : public KOVASectionWriter {
  public:
-  StepSectionWriter(const KOVABufferHandle& buffer, StepWriter::Step step) {
-    AddEntityWriter(new StepWriter(buffer, std::move(step)));
+  FunctionSectionWriter(const KOVABufferHandle& buffer, FunctionWriter::Function function) {
+    AddEntityWriter(new FunctionWriter(buffer, std::move(function)));
   }
 };
 

@@ -60,7 +60,7 @@ class ObjWriter : public KOVAFormatWriter {
    public:
     explicit DataSection(ObjWriter& writer) {
       for (const Instance& instance : writer._request.model.instances) {
-        AddEntityWriter(new StepWriter(
+        AddEntityWriter(new FunctionWriter(
             writer._buffer, [&writer, &instance] { return writer.WriteInstance(instance); }));
       }
     }
@@ -93,7 +93,7 @@ ObjWriter::ObjWriter(const WriteRequest& request)
       _isWithCurves(readOption(request.options, "Obj.Write.Curves", true)),
       _output(openOutput(request, _buffer, _opened)),
       _progress("write", 0, Progress::kElementsPerEvent) {
-  _headerSections.add(new StepSectionWriter(_buffer, [this] { return WriteHead(); }));
+  _headerSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteHead(); }));
   if (_opened.IsFailure()) return;
   for (const Instance& instance : request.model.instances) {
     const Counts counts = Count(request.model.parts[instance.part]);
@@ -104,7 +104,7 @@ ObjWriter::ObjWriter(const WriteRequest& request)
     _counts.curves += counts.curves;
   }
   _progress = Progress("write", _counts.GetElements(), Progress::kElementsPerEvent);
-  _fileInfoSections.add(new StepSectionWriter(_buffer, [this] { return WriteCounts(); }));
+  _fileInfoSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteCounts(); }));
   _dataSections.add(new DataSection(*this));
 }
 

@@ -40,8 +40,8 @@ class PlyReader : public KOVAFormatReader {
         _window(_input, kWindowBytes),
         _progress("read", _window.GetByteCount(), Progress::kBytesPerEvent) {
     _buffer = _input;
-    _headerSections.add(new StepSectionReader(_buffer, [this] { return ReadHeader(); }));
-    _fileInfoSections.add(new StepSectionReader(_buffer, [this] { return CheckPromises(); }));
+    _headerSections.add(new FunctionSectionReader(_buffer, [this] { return ReadHeader(); }));
+    _fileInfoSections.add(new FunctionSectionReader(_buffer, [this] { return CheckPromises(); }));
     _dataSections.add(new DataSection(*this));
   }
 
@@ -53,8 +53,8 @@ class PlyReader : public KOVAFormatReader {
 
     KOVAResult PreProcess(KOVAFormatReader*) override {
       for (const Element& element : _reader._header.elements) {
-        AddEntityReader(new StepReader(_reader._buffer,
-                                       [this, &element] { return _reader.ReadElement(element); }));
+        AddEntityReader(new FunctionReader(
+            _reader._buffer, [this, &element] { return _reader.ReadElement(element); }));
       }
       return KOVAResultCode::kSuccess;
     }

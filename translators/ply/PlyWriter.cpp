@@ -51,7 +51,7 @@ class PlyWriter : public KOVAFormatWriter {
       for (const auto element :
            {&PlyWriter::WriteVertices, &PlyWriter::WriteFaces, &PlyWriter::WriteEdges}) {
         AddEntityWriter(
-            new StepWriter(writer._buffer, [&writer, element] { return (writer.*element)(); }));
+            new FunctionWriter(writer._buffer, [&writer, element] { return (writer.*element)(); }));
       }
     }
   };
@@ -107,9 +107,9 @@ PlyWriter::PlyWriter(const WriteRequest& request)
       _result(Check()),
       _output(_result.IsSuccess() ? openOutput(request, _buffer, _result) : openNothing(_buffer)),
       _progress("write", _vertices + _faces + _edges, Progress::kElementsPerEvent) {
-  _headerSections.add(new StepSectionWriter(_buffer, [this] { return WriteHead(); }));
+  _headerSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteHead(); }));
   if (_result.IsFailure()) return;
-  _fileInfoSections.add(new StepSectionWriter(_buffer, [this] { return WriteElements(); }));
+  _fileInfoSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteElements(); }));
   _dataSections.add(new DataSection(*this));
 }
 

@@ -26,10 +26,10 @@ class StepFormatReader : public KOVAFormatReader {
   explicit StepFormatReader(const ReadRequest& request)
       : KOVAFormatReader(request.file), _request(request), _document(request.report) {
     _buffer = openInput(request, _opened);
-    _headerSections.add(
-        new StepSectionReader(_buffer, [this] { return Guard([this] { return ReadHeader(); }); }));
+    _headerSections.add(new FunctionSectionReader(
+        _buffer, [this] { return Guard([this] { return ReadHeader(); }); }));
     _fileInfoSections.add(
-        new StepSectionReader(_buffer, [this] { return Guard([this] { return Split(); }); }));
+        new FunctionSectionReader(_buffer, [this] { return Guard([this] { return Split(); }); }));
   }
 
   KOVAResult Resolve() override {

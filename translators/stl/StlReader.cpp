@@ -40,8 +40,8 @@ class StlReader : public KOVAFormatReader {
         _window(_input, kWindowBytes),
         _ascii(_window, request.model, request.report) {
     _buffer = _input;
-    _headerSections.add(new StepSectionReader(_buffer, [this] { return ReadForm(); }));
-    _fileInfoSections.add(new StepSectionReader(_buffer, [this] { return ReadStart(); }));
+    _headerSections.add(new FunctionSectionReader(_buffer, [this] { return ReadForm(); }));
+    _fileInfoSections.add(new FunctionSectionReader(_buffer, [this] { return ReadStart(); }));
     _dataSections.add(new DataSection(*this));
   }
 
@@ -54,7 +54,7 @@ class StlReader : public KOVAFormatReader {
     /// been read.
     KOVAEntityReader* GetNextKey() override {
       if (_reader.HasNext()) {
-        AddEntityReader(new StepReader(_reader._buffer, [this] { return _reader.ReadNext(); }));
+        AddEntityReader(new FunctionReader(_reader._buffer, [this] { return _reader.ReadNext(); }));
       }
       return KOVASectionReader::GetNextKey();
     }

@@ -58,7 +58,7 @@ class StlWriter : public KOVAFormatWriter {
    public:
     explicit DataSection(StlWriter& writer) {
       for (const Instance& instance : writer._request.model.instances) {
-        AddEntityWriter(new StepWriter(
+        AddEntityWriter(new FunctionWriter(
             writer._buffer, [&writer, &instance] { return writer.WriteInstance(instance); }));
       }
     }
@@ -87,9 +87,9 @@ StlWriter::StlWriter(const WriteRequest& request)
       _result(Check()),
       _output(_result.IsSuccess() ? openOutput(request, _buffer, _result) : openNothing(_buffer)),
       _progress("write", _triangles, Progress::kElementsPerEvent) {
-  _headerSections.add(new StepSectionWriter(_buffer, [this] { return WriteHead(); }));
+  _headerSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteHead(); }));
   if (_result.IsFailure()) return;
-  _fileInfoSections.add(new StepSectionWriter(_buffer, [this] { return WriteCount(); }));
+  _fileInfoSections.add(new FunctionSectionWriter(_buffer, [this] { return WriteCount(); }));
   _dataSections.add(new DataSection(*this));
 }
 

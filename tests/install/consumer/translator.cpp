@@ -19,8 +19,8 @@ class CornersReader : public KOVAFormatReader {
       : KOVAFormatReader(request.file), _request(request) {
     KOVAResult opened;
     _buffer = openInput(request, opened);
-    _headerSections.add(new StepSectionReader(_buffer, [opened] { return opened; }));
-    _dataSections.add(new StepSectionReader(_buffer, [this] { return ReadCorners(); }));
+    _headerSections.add(new FunctionSectionReader(_buffer, [opened] { return opened; }));
+    _dataSections.add(new FunctionSectionReader(_buffer, [this] { return ReadCorners(); }));
   }
 
  private:
