@@ -21,6 +21,7 @@ Usage: check_docs.py [--fix]   (--fix copies the pieces from the sources into th
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 
@@ -35,11 +36,12 @@ SOURCED = {"cpp", "cmake"}
 
 def pages():
     """The Markdown files that git knows, or would."""
-    listed = subprocess.run(
-        ["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.md"], cwd=ROOT,
-        capture_output=True, text=True, check=False)
-    if listed.returncode == 0:
-        return sorted(ROOT / name for name in set(listed.stdout.splitlines()) if (ROOT / name).exists())
+    if shutil.which("git"):
+        listed = subprocess.run(
+            ["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.md"], cwd=ROOT,
+            capture_output=True, text=True, check=False)
+        if listed.returncode == 0:
+            return sorted(ROOT / name for name in set(listed.stdout.splitlines()) if (ROOT / name).exists())
     skipped = {"build", "out", ".git"}
     return sorted(p for p in ROOT.rglob("*.md") if p.relative_to(ROOT).parts[0] not in skipped)
 

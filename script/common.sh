@@ -72,8 +72,8 @@ run_ctest() {
   ctest --test-dir "build/$preset" --output-on-failure --no-tests=error --parallel "$jobs" \
     --timeout 600 "$@" 2>&1 | tee "$log" || status=$?
   passed=$(grep -cE '^ *[0-9]+/[0-9]+ Test .* Passed ' "$log" || true)
-  failed=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*(\*\*\*|Failed)' "$log" || true)
-  skipped=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*\*\*\*(Skipped|Not Run)' "$log" || true)
+  failed=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*\*\*\*' "$log" || true)
+  skipped=$(grep -cE '^ *[0-9]+/[0-9]+ Test .*\*\*\*(Skipped|Not Run \(Disabled\))' "$log" || true)
   failed=$((failed - skipped))
   if [ "$skipped" -gt 0 ]; then
     printf '\n%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"

@@ -54,7 +54,7 @@ foreach(component Translators Viewer)
        "cmake_minimum_required(VERSION 3.25)\nproject(Ask LANGUAGES NONE)\n"
        "find_package(KOVABase 1.0 CONFIG REQUIRED COMPONENTS Library ${component})\n")
   execute_process(
-    COMMAND "${CMAKE_COMMAND}" -S "${BINARY}/ask" -B "${BINARY}/ask/build" "-DCMAKE_PREFIX_PATH=${BINARY}/partial"
+    COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${BINARY}/ask" -B "${BINARY}/ask/build" "-DCMAKE_PREFIX_PATH=${BINARY}/partial"
     RESULT_VARIABLE status ERROR_VARIABLE output OUTPUT_QUIET)
   string(REGEX REPLACE "[ \n]+" " " output "${output}")
   if(status EQUAL 0 OR NOT output MATCHES "(component '${component}' of KOVABase is not installed in|KOVABase has no component '${component}')")

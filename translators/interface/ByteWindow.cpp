@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace kova::translators {
 
-ByteWindow::ByteWindow(KOVABufferHandle buffer, std::size_t capacity)
-    : _buffer(std::move(buffer)),
+ByteWindow::ByteWindow(const KOVABufferHandle& buffer, std::size_t capacity)
+    : _buffer(buffer),
       _bytes(new char[capacity]),
       _capacity(capacity),
       _begin(_bytes.get()),

@@ -15,7 +15,7 @@ class ByteWindow {
  public:
   /// The window begins at the start of the data.
   /// @param capacity  the most bytes that can be looked at in one piece, at most 2^30.
-  ByteWindow(KOVABufferHandle buffer, std::size_t capacity);
+  ByteWindow(const KOVABufferHandle& buffer, std::size_t capacity);
 
   /// The bytes at hand; good until the next call of `Require`.
   const char* begin() const { return _begin; }
