@@ -35,9 +35,10 @@ if(WAY STREQUAL "pkg_config")
   return()
 endif()
 
+# Divided by commas, since a list would fall apart on its way through the command line.
 set(components Library)
 if(HAS_APPS)
-  list(APPEND components TranslatorInterface Program Translators)
+  string(APPEND components ",TranslatorInterface,Program,Translators")
 endif()
 if(WAY STREQUAL "moved")
   file(COPY "${PREFIX}/" DESTINATION "${BINARY}/some where else")
