@@ -8,11 +8,6 @@ target_compile_options(
 # g++ 12 sees overlaps in std::string's operator+ that are not there (its bug 105651).
 target_compile_options(
   kova_settings INTERFACE $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
-# And its vectorizer of straight code takes double -> float -> double for no change when two
-# neighbours go that way.
-target_compile_options(
-  kova_settings
-  INTERFACE $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-fno-tree-slp-vectorize>)
 if(KOVABASE_WERROR)
   target_compile_options(kova_settings INTERFACE -Werror)
 endif()

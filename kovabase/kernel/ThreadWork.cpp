@@ -11,13 +11,14 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// To sleep and be woken takes tens of microseconds; what is waited for often comes sooner.
-constexpr auto kSpinTime = std::chrono::microseconds(6);
+// To sleep and be woken takes tens of microseconds. A wait that is shorter than that never sees who
+// is just being woken, and both sides would go on waking each other.
+constexpr auto kSpinTime = std::chrono::microseconds(50);
 constexpr int kPausesOfWorkers = 32;
 // How long the end of the process waits for jobs that are still running.
 constexpr auto kPatience = std::chrono::seconds(1);
 
-// Waits actively for a few microseconds, unless that has been in vain of late.
+// Waits actively for as long as a wake-up takes, unless that has been in vain of late.
 // @param pauses  between two looks: each look takes a cache line away from those who write it.
 template <typename Condition>
 bool spinUntil(SpinHistory& history, int pauses, Condition isMet) {
@@ -91,7 +92,10 @@ bool ThreadWork::run(void* work, void* data) {
     const BriefLock lock(_mutex);
     if (_serving == 0 || _state == State::kAbandoned) return false;
     _queue.push({work, data});
-    wake = _sleeping.load(std::memory_order_relaxed) > 0 && !_isWaking;
+    // A worker that waits actively sees the job by itself, at the latest before it falls asleep,
+    // for which it needs this mutex. When there are more jobs it wakes the next worker.
+    wake = _sleeping.load(std::memory_order_relaxed) > 0 && !_isWaking &&
+           _spinning.load(std::memory_order_relaxed) == 0;
     if (wake) _isWaking = true;
   }
   if (wake) _jobQueued.notify_one();
@@ -173,7 +177,7 @@ void ThreadWork::serve(Worker& worker) {
     Job job{};
     if (!take(job)) {
       tellWhoWaits();
-      if (!awaitJob()) return;
+      if (!awaitJob(worker)) return;
       continue;
     }
     if (_sleeping.load(std::memory_order_relaxed) > 0 && !_queue.isEmpty()) wakeAnother();
@@ -196,13 +200,15 @@ bool ThreadWork::take(Job& job) {
 }
 
 // False when the worker is not needed any more.
-bool ThreadWork::awaitJob() {
-  // A worker that is faster than the sender leaves it time to queue some more.
-  if (spinUntil(_workHistory, kPausesOfWorkers,
-                [this] { return !_queue.isEmpty() || _state != State::kWorking; }) &&
-      _state == State::kWorking) {
-    return true;
-  }
+bool ThreadWork::awaitJob(Worker& worker) {
+  // A worker that is faster than the sender leaves it time to queue some more. One that waits
+  // actively is enough: the sender needs a processor, too.
+  const bool isAlone = _spinning.fetch_add(1, std::memory_order_relaxed) == 0;
+  const bool isNeeded = isAlone && spinUntil(worker.history, kPausesOfWorkers, [this] {
+                          return !_queue.isEmpty() || _state != State::kWorking;
+                        });
+  _spinning.fetch_sub(1, std::memory_order_relaxed);
+  if (isNeeded && _state == State::kWorking) return true;
   BriefLock lock(_mutex);
   if (_state == State::kAbandoned || (_state == State::kDraining && _queue.isEmpty())) {
     --_serving;

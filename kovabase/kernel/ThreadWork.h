@@ -84,6 +84,8 @@ class ThreadWork {
   struct alignas(64) Worker {
     std::thread thread;
     std::atomic<long> finished{0};
+    // Its own: a worker that is never needed would spoil the hopes of the one that is.
+    SpinHistory history;
     Worker* next = nullptr;
   };
 
@@ -91,7 +93,7 @@ class ThreadWork {
   void work(Worker& worker);
   void serve(Worker& worker);
   bool take(Job& job);
-  bool awaitJob();
+  bool awaitJob(Worker& worker);
   void wakeAnother();
   void tellWhoWaits();
   bool isDone() const noexcept;
@@ -107,7 +109,8 @@ class ThreadWork {
   std::atomic<State> _state{State::kIdle};
   std::atomic<int> _sleeping{0};
   std::atomic<int> _waiting{0};
-  SpinHistory _workHistory;
+  // Workers that wait actively: they need no waking.
+  std::atomic<int> _spinning{0};
   SpinHistory _waitHistory;
 
   // Guards the pushing side of the queue and all other changes but those of the popping side.
