@@ -130,7 +130,7 @@ void KOVALibrary::Load(const KOVAString& fileName) try {
                 attempt.name.c_str());
   std::fprintf(stderr, "%s code = %d \n%s\n", caution, attempt.systemError, attempt.reason.c_str());
   for (const std::string& place : attempt.places) {
-    KOVADebug::Printf("KOVALibrary::Load: Tried %s\n", place.c_str());
+    KOVADebug::Printf("KOVALibrary::Load: Tried %s", place.c_str());
   }
 } catch (const std::bad_alloc&) {
   throw KOVAAllocException();

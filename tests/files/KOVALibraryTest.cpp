@@ -161,9 +161,9 @@ TEST_F(KOVALibraryTest, SaysWhatWasTriedAndWhyItFailed) {
   EXPECT_EQ(utf8(library.GetTriedPlaces()[0]), fixture("KovaMissing"));
   EXPECT_EQ(utf8(library.GetTriedPlaces()[1]), "/usr/bin/libKovaMissing.so");
   EXPECT_EQ(utf8(library.GetTriedPlaces()[2]), "libKovaMissing.so");
-  EXPECT_EQ(events.take(), (Lines{"10 KOVALibrary::Load: Tried " + fixture("KovaMissing") + "\n\n",
-                                  "10 KOVALibrary::Load: Tried /usr/bin/libKovaMissing.so\n\n",
-                                  "10 KOVALibrary::Load: Tried libKovaMissing.so\n\n",
+  EXPECT_EQ(events.take(), (Lines{"10 KOVALibrary::Load: Tried " + fixture("KovaMissing") + "\n",
+                                  "10 KOVALibrary::Load: Tried /usr/bin/libKovaMissing.so\n",
+                                  "10 KOVALibrary::Load: Tried libKovaMissing.so\n",
                                   "70 Warning : KovaMissing library not loaded.\n"}));
 }
 
