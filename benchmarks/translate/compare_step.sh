@@ -3,17 +3,17 @@
 # which are an assembly repeated with its own records each time. Nothing is written. Medians of
 # several runs, after one to warm up.
 # Usage: KOVA_BUILD=build/bench benchmarks/translate/compare_step.sh [largest file]
-#   largest file   in megabytes, 500 if not given: some ten million records
+#   largest file   in megabytes, 820 if not given: some ten million records
 
 set -euo pipefail
 export LC_ALL=C.UTF-8
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 source "$root/benchmarks/translate/measure.sh"
-largest="${1:-500}"
+largest="${1:-820}"
 
 printf '| File | Records | Time | ns per record | MB/s | Peak | Bytes per byte |\n'
 printf '|---|---|---|---|---|---|---|\n'
-for megabytes in 1 10 100 500; do
+for megabytes in 1 10 100 820; do
   [ "$megabytes" -le "$largest" ] || break
   "$generate" --megabytes "$megabytes" "$folder/assembly.stp"
   records="$(grep -c '^#' "$folder/assembly.stp")"

@@ -97,7 +97,8 @@ TEST(Gk_RWString, EditsTextsThatArePartOfItself) {
   moved.replace('A', 'b');
   EXPECT_STREQ(copy.getText(), "yAx");
   EXPECT_STREQ(moved.getText(), "ybx");
-  moved = moved;
+  const Gk_String& self = moved;
+  moved = self;
   EXPECT_STREQ(moved.getText(), "ybx");
 }
 
