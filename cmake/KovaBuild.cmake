@@ -56,6 +56,7 @@ function(kova_add_test name)
   if(KOVABASE_SANITIZE)
     # g++ 12 takes the instrumented std::regex for uninitialised.
     target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    target_compile_definitions(${name} PRIVATE KOVA_TEST_SANITIZED)
   endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()

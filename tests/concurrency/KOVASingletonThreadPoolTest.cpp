@@ -330,7 +330,8 @@ TEST_F(KOVASingletonThreadPoolTest, MultiProcessSwitchesNeedTheirUnlocking) {
   EXPECT_FALSE(System::IsDebugInSingleProcess());
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Sanitizers need the address space for themselves.
+#ifndef KOVA_TEST_SANITIZED
 TEST_F(KOVASingletonThreadPoolTest, AHugeCountKeepsTheWorkersThatCouldBeMade) {
   // Stacks take address space: with little of it only some workers can be had.
   rlimit limit{};

@@ -16,7 +16,7 @@
 #include <vector>
 
 // The C library never frees the search path that it makes of LOCPATH.
-extern "C" const char* __lsan_default_suppressions() { return "leak:__argz_add_sep"; }
+extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
 namespace {
 
