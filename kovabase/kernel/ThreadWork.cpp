@@ -95,7 +95,7 @@ bool ThreadWork::run(void* work, void* data) {
     // A worker that waits actively sees the job by itself, at the latest before it falls asleep,
     // for which it needs this mutex. When there are more jobs it wakes the next worker.
     wake = _sleeping.load(std::memory_order_relaxed) > 0 && !_isWaking &&
-           _spinning.load(std::memory_order_relaxed) == 0;
+           _spinning.fetch_add(0, std::memory_order_acq_rel) == 0;
     if (wake) _isWaking = true;
   }
   if (wake) _jobQueued.notify_one();
@@ -207,7 +207,9 @@ bool ThreadWork::awaitJob(Worker& worker) {
   const bool isNeeded = isAlone && spinUntil(worker.history, kPausesOfWorkers, [this] {
                           return !_queue.isEmpty() || _state != State::kWorking;
                         });
-  _spinning.fetch_sub(1, std::memory_order_relaxed);
+  // Orders with the sender's reading: either it finds nobody waiting, or its job is seen from here
+  // on.
+  _spinning.fetch_sub(1, std::memory_order_acq_rel);
   if (isNeeded && _state == State::kWorking) return true;
   BriefLock lock(_mutex);
   if (_state == State::kAbandoned || (_state == State::kDraining && _queue.isEmpty())) {

@@ -109,9 +109,9 @@ class ThreadWork {
   std::atomic<State> _state{State::kIdle};
   std::atomic<int> _sleeping{0};
   std::atomic<int> _waiting{0};
-  // Workers that wait actively: they need no waking.
-  std::atomic<int> _spinning{0};
   SpinHistory _waitHistory;
+  // Workers that wait actively: they need no waking. Written with nearly every job.
+  alignas(64) std::atomic<int> _spinning{0};
 
   // Guards the pushing side of the queue and all other changes but those of the popping side.
   alignas(64) std::mutex _mutex;
